@@ -1,0 +1,28 @@
+// Failures that the diagnostic texts leave silent: one plain line on standard error, at most once per cause
+// and hour.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <ctime>
+
+enum class EFailure : std::uint8_t {
+    BodyTooLong,    // a body that no frame can carry was posted
+    NoMemory,       // an allocation failed
+    ReceiveFailed,  // the queue refuses to be read
+    Count           // how many causes there are; no cause itself
+};
+
+class CFailureLog {
+  public:
+    // Prints "zor_runtime: " and the text, unless `cause` was reported within the last hour of the wall
+    // clock. A clock that was set back counts as an hour gone.
+    void Report(EFailure cause, const char* format, ...) __attribute__((format(printf, 3, 4)));
+
+  private:
+    struct Last {
+        bool reported = false;
+        std::time_t when = 0;
+    };
+    Last m_last[static_cast<std::size_t>(EFailure::Count)];
+};

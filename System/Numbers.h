@@ -1,0 +1,18 @@
+// Number conversions that give the same result on 32-bit and 64-bit machines.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+// Base-10 `strtol` and `strtoul` as a 32-bit unit computes them: leading white space and a sign are accepted,
+// reading stops at the first non-digit, out of range saturates. A minus sign negates an unsigned result
+// modulo 2^32. A null text gives 0.
+std::int32_t ParseInt32(const char* text);
+std::uint32_t ParseUInt32(const char* text);
+
+// Little-endian bytes <-> number; `width` 0 to 8. PutLe writes the low `width` bytes of `value`.
+void PutLe(std::uint8_t* at, std::size_t width, std::uint64_t value);
+std::uint64_t GetLe(const std::uint8_t* at, std::size_t width);
+
+// Copies `count` bytes, last one first. The ranges must not overlap.
+void CopyReversed(std::uint8_t* to, const std::uint8_t* from, std::size_t count);

@@ -1,0 +1,52 @@
+#include "System/Sqlite.h"
+
+#include <ZorSqlite.h>
+
+#include <cstdio>
+#include <cstdlib>
+
+int CSqliteDb::Open(const char* path, int busyTimeoutMs) {
+    Close();
+    const int result = sqlite3_open(path, &m_handle);
+    if (result != SQLITE_OK) {
+        std::fprintf(stderr, "Can't open database: %s\n", sqlite3_errmsg(m_handle));
+        Close();  // a failed open leaves a handle all the same
+        return result;
+    }
+    sqlite3_busy_timeout(m_handle, busyTimeoutMs);
+    return result;
+}
+
+void CSqliteDb::OpenOrExit(const char* path) {
+    if (Open(path, kBusyAtStartUpMs) != SQLITE_OK) std::exit(0);
+}
+
+void CSqliteDb::Key(const char* key, int length) {
+    sqlite3_key_v1(m_handle, key, length);
+}
+
+void CSqliteDb::Close() {
+    sqlite3_close(m_handle);
+    m_handle = nullptr;
+}
+
+CSqliteTable::CSqliteTable(const CSqliteDb& database, const char* sql) {
+    m_result = sqlite3_get_table(database.Handle(), sql, &m_cells, &m_rows, &m_columns, &m_error);
+    if (Ok()) return;
+    m_rows = 0;
+    m_columns = 0;
+}
+
+CSqliteTable::~CSqliteTable() {
+    sqlite3_free_table(m_cells);
+    sqlite3_free(m_error);
+}
+
+const char* CSqliteTable::Error() const {
+    return m_error != nullptr ? m_error : "unknown error";
+}
+
+const char* CSqliteTable::Cell(int row, int column) const {
+    if (row < -1 || row >= m_rows || column < 0 || column >= m_columns) return nullptr;
+    return m_cells[(row + 1) * m_columns + column];
+}

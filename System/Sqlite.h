@@ -1,0 +1,68 @@
+// Two small owners around SQLite: a connection that closes itself and a result table that frees itself.
+#pragma once
+
+#include <sqlite3.h>
+
+#include <string>
+
+// How long a statement waits for a file that another process holds locked, milliseconds.
+inline constexpr int kBusyAtStartUpMs = 10000;
+inline constexpr int kBusyInLoopMs = 1000;
+
+// A database connection; closed when the object goes.
+class CSqliteDb {
+  public:
+    CSqliteDb() = default;
+    ~CSqliteDb() { Close(); }
+    CSqliteDb(const CSqliteDb&) = delete;
+    CSqliteDb& operator=(const CSqliteDb&) = delete;
+
+    // Opens `path`, creating the file where it is missing, and sets the busy timeout. On failure prints
+    // "Can't open database: ..." on standard error. Returns SQLite's result code, SQLITE_OK (0) on success.
+    int Open(const char* path, int busyTimeoutMs);
+
+    // As Open; a failure also ends the process with exit status 0. Start-up steps cannot go on without their
+    // file.
+    void OpenOrExit(const char* path);
+
+    // Keys the opened database with the first `length` bytes of `key`.
+    void Key(const char* key, int length);
+
+    // Closes; does nothing when nothing is open.
+    void Close();
+
+    sqlite3* Handle() const { return m_handle; }
+
+  private:
+    sqlite3* m_handle = nullptr;
+};
+
+// The result of one query, all of it text.
+class CSqliteTable {
+  public:
+    // Runs `sql` on `database` at once. Ok() tells whether it worked; a failed query has no rows and no
+    // columns.
+    CSqliteTable(const CSqliteDb& database, const char* sql);
+    ~CSqliteTable();
+    CSqliteTable(const CSqliteTable&) = delete;
+    CSqliteTable& operator=(const CSqliteTable&) = delete;
+
+    bool Ok() const { return m_result == SQLITE_OK; }
+    // SQLite's error text after a failure, never null.
+    const char* Error() const;
+    int Rows() const { return m_rows; }
+    // 0 also when the query gave no row.
+    int Columns() const { return m_columns; }
+    // Text of a cell, null for SQL NULL and for a place outside the table. Rows count from 0, without the
+    // names.
+    const char* Cell(int row, int column) const;
+    // Name of a column, null outside the table.
+    const char* Name(int column) const { return Cell(-1, column); }
+
+  private:
+    int m_result = SQLITE_ERROR;
+    int m_rows = 0;
+    int m_columns = 0;
+    char** m_cells = nullptr;
+    char* m_error = nullptr;
+};
