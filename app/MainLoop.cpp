@@ -1,0 +1,26 @@
+#include "app/MainLoop.h"
+
+#include <unistd.h>
+
+#include "app/RuntimeData.h"
+
+void RunPass(CRuntimeData& runtime, std::uint8_t& receiveCounter) {
+    constexpr std::uint8_t kPassesBetweenPolls = 5;
+    runtime.SchedulerTick();
+    runtime.DrainOutbound();
+    if (receiveCounter == kPassesBetweenPolls) {
+        runtime.MsgRcvFromMain();
+        receiveCounter = 0;
+    } else {
+        ++receiveCounter;
+    }
+}
+
+void RunMainLoop(CRuntimeData& runtime) {
+    const useconds_t sleepTime = runtime.TickPeriodMs() * 1000;
+    std::uint8_t receiveCounter = 0;
+    for (;;) {
+        RunPass(runtime, receiveCounter);
+        usleep(sleepTime);
+    }
+}

@@ -1,0 +1,131 @@
+// The runtime object: every operation of the process is a member of it and works on its state.
+//
+//   1. app/      construction, configuration, start-up
+//   2. ipc/      message channel to zor_main, outbound queue, inbound commands
+//   3. reports/  the scheduler tick and the reports it posts
+//   4. history/  charging-record history: requests, resend, acknowledgements
+//
+// The state follows the operations, in the order in which it is constructed; the folder that writes a field
+// stands beside it. Nothing is implemented here.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+#include "System/FailureLog.h"
+#include "ipc/Frame.h"
+#include "ipc/MsgQueue.h"
+#include "points/PortNumbering.h"
+
+class CShmCTRL;
+
+// Values of the charger kind.
+inline constexpr std::int32_t kDcCharger = 1;
+inline constexpr std::int32_t kAcCharger = 2;
+
+// Base object of the process's IPC; it has no state.
+class CMyIPC {};
+
+// What belongs to one port.
+struct PortState {
+    std::uint8_t lastStateCode = 0;   // reports: charging-state code of the last A1_14; 0 is no code
+    std::uint32_t snapshotTicks = 0;  // reports: ticks since the last full signal snapshot
+};
+
+class CRuntimeData {
+  public:
+    // ---- 1. app/
+    // -----------------------------------------------------------------------------------------------
+    // RuntimeData.cpp, Configuration.cpp
+
+    // Creates the System V queue and the outbound queue and sets every default. Where the System V queue
+    // cannot be had, says so on standard error and leaves the outbound queue out: posting then drops,
+    // draining finds nothing.
+    CRuntimeData();
+    virtual ~CRuntimeData();
+    CRuntimeData(const CRuntimeData&) = delete;
+    CRuntimeData& operator=(const CRuntimeData&) = delete;
+
+    // Hands over the live-value accessor, which stays the caller's. Every later operation needs it.
+    void SetShmAccessor(CShmCTRL* shm) { m_shm = shm; }
+    // kDcCharger or kAcCharger.
+    void SetChargerKind(std::int32_t kind) { m_chargerKind = kind; }
+    std::uint32_t TickPeriodMs() const { return m_tickPeriodMs; }
+
+    // Reads the port count from the keyed configuration database at `path`, stores and returns it: 1 to 8,
+    // and 1 where the database does not name a count in that range. Ends the process when the file cannot be
+    // opened.
+    int GetPort(const std::string& path);
+
+    // ---- 2. ipc/
+    // -----------------------------------------------------------------------------------------------
+    // MessageChannel.cpp, InboundCommands.cpp
+
+    // Posts one body for zor_main; messages leave in posting order, one per tick. `length` in bytes, at most
+    // 2042: a longer body is refused with a line on standard error. Copies `data`. Without an outbound queue
+    // the message is dropped.
+    void PostMsg(std::uint32_t code, const void* data, std::uint32_t length);
+    // Sends at most one posted message.
+    void DrainOutbound();
+    // Writes one frame of at most 2048 bytes to the System V queue. Never waits: a message that cannot be
+    // written is lost, with a diagnostic line.
+    void MsgSndToMain(const std::uint8_t* frame, std::size_t length);
+    // Reads at most one command of zor_main and acts on it.
+    void MsgRcvFromMain();
+
+    // ---- 3. reports/
+    // -------------------------------------------------------------------------------------------
+    // Schedule.cpp, PortState.cpp
+
+    // One pass over everything that happens per tick, in fixed order.
+    void SchedulerTick();
+    // Posts A1_14 when the charging-state code of `port` differs from the last one posted for it.
+    void Send_DC_A1_14(int port);
+
+    // ---- 4. history/
+    // ------------------------------------------------------------------------------------------- History.cpp
+
+    // Counts the charging records that zor_main has not acknowledged yet.
+    int Checkcache();
+    // Handles the acknowledgement of a charging record: `body` is what follows the command's port byte (128
+    // bytes).
+    int DealCacheData(const std::uint8_t* body, std::uint32_t port);
+    // Answers a history request: `body` as above.
+    int MsgCall_A1_16(const std::uint8_t* body, std::uint32_t port);
+
+  protected:
+    // -- ipc/
+    void HandleCommand(const std::uint8_t* frame, const FrameParts& parts);
+    // Stores what a report-settings frame asks for.
+    void ApplyReportSettings(const std::uint8_t* frame);
+    // Stores one report interval when the charger is of `kind`, which is the one that sends `report`.
+    void ApplyReportInterval(std::uint32_t seconds, const char* report, std::int32_t kind,
+                             std::uint32_t& ticks);
+
+    // -- reports/
+    // Signal reports of one port: the snapshot when it is due, then the change reports.
+    void PortStep(int port);
+
+    PortState& Port(int port) { return m_ports[static_cast<std::size_t>(port)]; }
+
+    CShmCTRL* m_shm = nullptr;             // app; not owned
+    std::uint8_t m_startFlagA = 1;         // app; read by nobody
+    std::uint8_t m_startFlagB = 1;         // app; read by nobody
+    std::int32_t m_queueId = -1;           // app: the System V queue
+    std::int32_t m_lastReceiveResult = 0;  // ipc: what the last msgrcv returned
+    std::int32_t m_chargerKind = 0;        // app
+    std::int32_t m_sendflag = 0;           // ipc: 1 while reporting is on
+    std::array<PortState, kPortSlots> m_ports{};
+    std::uint32_t m_workReportTicks = 1800;       // ipc: interval of the charging status
+    std::uint32_t m_idleReportTicks = 1800;       // ipc: interval of the idle status
+    std::uint32_t m_yxReportTicks = 600;          // ipc: interval of the full signal snapshot
+    std::uint32_t m_minuteIntervalTicks = 36000;  // ipc: stored for zor_main, read by nobody
+    std::int32_t m_forceYxReport = 0;             // ipc sets it, the first port step that sees it clears it
+    std::uint32_t m_tickPeriodMs = 100;           // app; never changes
+    std::int32_t m_portCount = 0;                 // app: 1 to 8 once GetPort has run
+    CMyIPC m_ipc;
+    CLinuxMsgQueue* m_outboundQueue = nullptr;  // app; never deleted, null when the System V queue is missing
+    CFailureLog m_failures;
+};

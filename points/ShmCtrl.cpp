@@ -1,0 +1,61 @@
+#include "points/ShmCtrl.h"
+
+#include <cstring>
+
+#include "points/PortNumbering.h"
+
+namespace {
+
+std::uint8_t ReadU8(const void* entry, std::size_t offset) {
+    if (entry == nullptr) return 0;
+    return *(static_cast<const volatile std::uint8_t*>(entry) + offset);
+}
+
+// Clears the first word and the free-form area, which follow each other in both kinds of entry.
+void ClearHead(std::uint8_t* entry) {
+    std::memset(entry, 0, kEntryArea + kEntryAreaSize);
+}
+
+}  // namespace
+
+void CShmCTRL::ResetLiveValues() {
+    constexpr float kCoefficient = 1.0F;
+    for (int i = 0; i < kResetEntries; ++i) {
+        if (auto* entry = static_cast<std::uint8_t*>(getYc(i)); entry != nullptr) {
+            ClearHead(entry);
+            std::memcpy(entry + kYcCoefficient, &kCoefficient, sizeof kCoefficient);
+            std::memset(entry + kYcRaw, 0, sizeof(std::uint32_t));
+        }
+        if (auto* entry = static_cast<std::uint8_t*>(getYx(i)); entry != nullptr) {
+            ClearHead(entry);
+            entry[kYxState] = 0;
+        }
+    }
+    for (const int point : {102, 102 + kPointsPerPort})
+        if (auto* entry = static_cast<std::uint8_t*>(getYx(point)); entry != nullptr) entry[kYxState] = 1;
+}
+
+std::uint8_t CShmCTRL::Signal(int index) {
+    return ReadU8(getYx(index), kYxState);
+}
+
+std::uint8_t CShmCTRL::GunState(int port) {
+    return ReadU8(GunEntry(port), kGunState);
+}
+
+std::array<std::uint8_t, kEquipmentSize> CShmCTRL::EquipmentNumber() {
+    std::array<std::uint8_t, kEquipmentSize> number{};
+    if (const std::uint8_t* device = DeviceArea(); device != nullptr)
+        std::memcpy(number.data(), device + kDeviceEquipment, number.size());
+    return number;
+}
+
+std::uint8_t* CShmCTRL::GunEntry(int port) {
+    if (m_pGunState == nullptr || port < 0 || port > kMaxPorts) return nullptr;
+    return static_cast<std::uint8_t*>(m_pGunState) +
+           static_cast<std::size_t>(PortIndex(port)) * kGunEntrySize;
+}
+
+std::uint8_t* CShmCTRL::DeviceArea() {
+    return static_cast<std::uint8_t*>(m_pDevice);
+}

@@ -1,0 +1,33 @@
+// How a byte-coded body is described: one table of fields, read by the encoder and by whoever decodes.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+// How the bytes of a field are meant.
+enum class EShow : std::uint8_t {
+    Number,     // unsigned, little-endian
+    BigEndian,  // unsigned, most significant byte first
+    Reversed,   // a byte string written last byte first
+    Fixed       // always the same value
+};
+
+// Place and meaning of one field.
+struct BodyField {
+    std::uint16_t offset;
+    std::uint16_t size;  // bytes
+    EShow show;
+    const char* name;  // null for fixed bytes
+};
+
+// True when the fields of `table`, in order, cover `size` bytes without hole or overlap. An element of the
+// table holds its BodyField as member `at`.
+template <typename Table>
+constexpr bool CoversBody(const Table& table, std::size_t size) {
+    std::size_t next = 0;
+    for (const auto& field : table) {
+        if (field.at.offset != next || field.at.size == 0) return false;
+        next += field.at.size;
+    }
+    return next == size;
+}
