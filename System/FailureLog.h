@@ -10,6 +10,7 @@ enum class EFailure : std::uint8_t {
     BodyTooLong,    // a body that no frame can carry was posted
     NoMemory,       // an allocation failed
     ReceiveFailed,  // the queue refuses to be read
+    EventSetUp,     // a table of the event database cannot be created
     Count           // how many causes there are; no cause itself
 };
 

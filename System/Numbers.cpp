@@ -1,6 +1,7 @@
 #include "System/Numbers.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdlib>
 #include <limits>
 
@@ -23,6 +24,38 @@ std::uint32_t ParseUInt32(const char* text) {
         return std::numeric_limits<std::uint32_t>::max();
     const auto value = static_cast<std::uint32_t>(magnitude);
     return negative ? 0U - value : value;
+}
+
+float ParseFloat(const char* text) {
+    return text == nullptr ? 0.0F : static_cast<float>(std::strtod(text, nullptr));
+}
+
+std::uint32_t TruncateToUInt32(float value) {
+    constexpr float kEnd = 4294967296.0F;  // 2^32, the first value that does not fit
+    if (!(value > 0.0F)) return 0;         // NaN too
+    return value >= kEnd ? std::numeric_limits<std::uint32_t>::max() : static_cast<std::uint32_t>(value);
+}
+
+std::int32_t TruncateToInt32(float value) {
+    constexpr float kEnd = 2147483648.0F;  // 2^31
+    if (std::isnan(value)) return 0;
+    if (value >= kEnd) return std::numeric_limits<std::int32_t>::max();
+    return value < -kEnd ? std::numeric_limits<std::int32_t>::min() : static_cast<std::int32_t>(value);
+}
+
+std::size_t PackNibbles(std::uint8_t* to, std::size_t capacity, const char* text) {
+    std::size_t bytes = 0;
+    for (std::size_t i = 0; text[i] != '\0' && i / 2 < capacity; ++i) {
+        unsigned nibble = 0;
+        if (text[i] >= '0' && text[i] <= '9') nibble = static_cast<unsigned>(text[i] - '0');
+        if (text[i] >= 'a' && text[i] <= 'f') nibble = static_cast<unsigned>(text[i] - 'a' + 10);
+        if (i % 2 == 0) {
+            to[bytes++] = static_cast<std::uint8_t>(nibble << 4);
+        } else {
+            to[bytes - 1] = static_cast<std::uint8_t>(to[bytes - 1] | nibble);
+        }
+    }
+    return bytes;
 }
 
 void PutLe(std::uint8_t* at, std::size_t width, std::uint64_t value) {

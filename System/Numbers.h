@@ -10,6 +10,23 @@
 std::int32_t ParseInt32(const char* text);
 std::uint32_t ParseUInt32(const char* text);
 
+// `strtod`, rounded to 32 bits; a null text gives 0.
+float ParseFloat(const char* text);
+
+// Truncates toward zero and saturates at both ends; NaN gives 0.
+std::uint32_t TruncateToUInt32(float value);
+std::int32_t TruncateToInt32(float value);
+
+// Packed BCD of the last two decimal digits: tens in the high nibble.
+constexpr std::uint8_t ToBcd(unsigned value) {
+    return static_cast<std::uint8_t>((value / 10 % 10) << 4 | value % 10);
+}
+
+// Packs two characters per byte: the one at an even position is the high nibble, '0' to '9' and 'a' to 'f'
+// count, any other character (upper-case letters included) is 0. An odd last character leaves the low nibble
+// 0. Writes at most `capacity` bytes and returns how many it wrote.
+std::size_t PackNibbles(std::uint8_t* to, std::size_t capacity, const char* text);
+
 // Little-endian bytes <-> number; `width` 0 to 8. PutLe writes the low `width` bytes of `value`.
 void PutLe(std::uint8_t* at, std::size_t width, std::uint64_t value);
 std::uint64_t GetLe(const std::uint8_t* at, std::size_t width);

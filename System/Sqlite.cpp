@@ -26,12 +26,46 @@ void CSqliteDb::Key(const char* key, int length) {
 }
 
 void CSqliteDb::Close() {
+    SetError(nullptr);
     sqlite3_close(m_handle);
     m_handle = nullptr;
 }
 
-CSqliteTable::CSqliteTable(const CSqliteDb& database, const char* sql) {
-    m_result = sqlite3_get_table(database.Handle(), sql, &m_cells, &m_rows, &m_columns, &m_error);
+int CSqliteDb::Exec(const char* sql) {
+    SetError(nullptr);
+    return Noted(sqlite3_exec(m_handle, sql, nullptr, nullptr, &m_error));
+}
+
+int CSqliteDb::Exec(const CSqlTextBase& sql) {
+    if (sql.Defect() == nullptr) return Exec(sql.Text());
+    SetError(sql.Defect());
+    return SQLITE_ERROR;
+}
+
+int CSqliteDb::Noted(int result) {
+    if (result == SQLITE_BUSY) sqlite3_busy_timeout(m_handle, 0);
+    return result;
+}
+
+void CSqliteDb::SetError(const char* text) {
+    sqlite3_free(m_error);
+    m_error = text != nullptr ? sqlite3_mprintf("%s", text) : nullptr;
+}
+
+CSqliteTable::CSqliteTable(CSqliteDb& database, const char* sql) {
+    Run(database, sql);
+}
+
+CSqliteTable::CSqliteTable(CSqliteDb& database, const CSqlTextBase& sql) {
+    if (sql.Defect() == nullptr)
+        Run(database, sql.Text());
+    else
+        m_error = sqlite3_mprintf("%s", sql.Defect());
+}
+
+void CSqliteTable::Run(CSqliteDb& database, const char* sql) {
+    m_result =
+        database.Noted(sqlite3_get_table(database.m_handle, sql, &m_cells, &m_rows, &m_columns, &m_error));
     if (Ok()) return;
     m_rows = 0;
     m_columns = 0;

@@ -3,7 +3,7 @@
 
 #include <sqlite3.h>
 
-#include <string>
+#include "System/SqlText.h"
 
 // How long a statement waits for a file that another process holds locked, milliseconds.
 inline constexpr int kBusyAtStartUpMs = 10000;
@@ -31,18 +31,35 @@ class CSqliteDb {
     // Closes; does nothing when nothing is open.
     void Close();
 
-    sqlite3* Handle() const { return m_handle; }
+    // Executes one statement. Returns SQLite's result code; Error() then says what went wrong.
+    int Exec(const char* sql);
+    int Exec(const CSqlTextBase& sql);
+    // Text of the last failed Exec, never null.
+    const char* Error() const { return m_error != nullptr ? m_error : "unknown error"; }
+
+    bool IsOpen() const { return m_handle != nullptr; }
+    // True between a transaction's begin and its end; a full disk, for one, ends it unasked.
+    bool InTransaction() const { return IsOpen() && sqlite3_get_autocommit(m_handle) == 0; }
 
   private:
+    friend class CSqliteTable;
+
+    // A connection waits out the busy timeout once; what follows on it does not wait again, so that a locked
+    // file costs an operation one wait however many statements it has.
+    int Noted(int result);
+    void SetError(const char* text);
+
     sqlite3* m_handle = nullptr;
+    char* m_error = nullptr;  // SQLite's allocation
 };
 
 // The result of one query, all of it text.
 class CSqliteTable {
   public:
-    // Runs `sql` on `database` at once. Ok() tells whether it worked; a failed query has no rows and no
-    // columns.
-    CSqliteTable(const CSqliteDb& database, const char* sql);
+    // Runs `sql` on `database`, which must be open, at once. Ok() tells whether it worked; a failed query has
+    // no rows and no columns.
+    CSqliteTable(CSqliteDb& database, const char* sql);
+    CSqliteTable(CSqliteDb& database, const CSqlTextBase& sql);
     ~CSqliteTable();
     CSqliteTable(const CSqliteTable&) = delete;
     CSqliteTable& operator=(const CSqliteTable&) = delete;
@@ -60,6 +77,8 @@ class CSqliteTable {
     const char* Name(int column) const { return Cell(-1, column); }
 
   private:
+    void Run(CSqliteDb& database, const char* sql);
+
     int m_result = SQLITE_ERROR;
     int m_rows = 0;
     int m_columns = 0;
