@@ -2,8 +2,10 @@
 //
 //   1. app/      construction, configuration, start-up
 //   2. ipc/      message channel to zor_main, outbound queue, inbound commands
-//   3. reports/  the scheduler tick and the reports it posts
-//   4. history/  charging-record history: requests, resend, acknowledgements
+//   3. points/   point settings, real-time YC database
+//   4. events/   detection of status changes, event database
+//   5. reports/  the scheduler tick and the reports it posts
+//   6. history/  charging-record history: requests, resend, acknowledgements
 //
 // The state follows the operations, in the order in which it is constructed; the folder that writes a field
 // stands beside it. Nothing is implemented here.
@@ -12,12 +14,16 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <list>
 #include <string>
 
 #include "System/FailureLog.h"
+#include "events/EventDatabase.h"
 #include "ipc/Frame.h"
 #include "ipc/MsgQueue.h"
+#include "points/PointRecords.h"
 #include "points/PortNumbering.h"
+#include "points/RTDB.h"
 
 class CShmCTRL;
 
@@ -36,8 +42,7 @@ struct PortState {
 
 class CRuntimeData {
   public:
-    // ---- 1. app/
-    // -----------------------------------------------------------------------------------------------
+    // ---- 1. app/ ----
     // RuntimeData.cpp, Configuration.cpp
 
     // Creates the System V queue and the outbound queue and sets every default. Where the System V queue
@@ -59,8 +64,7 @@ class CRuntimeData {
     // opened.
     int GetPort(const std::string& path);
 
-    // ---- 2. ipc/
-    // -----------------------------------------------------------------------------------------------
+    // ---- 2. ipc/ ----
     // MessageChannel.cpp, InboundCommands.cpp
 
     // Posts one body for zor_main; messages leave in posting order, one per tick. `length` in bytes, at most
@@ -75,8 +79,30 @@ class CRuntimeData {
     // Reads at most one command of zor_main and acts on it.
     void MsgRcvFromMain();
 
-    // ---- 3. reports/
-    // -------------------------------------------------------------------------------------------
+    // ---- 3. points/ ----
+    // PointSettings.cpp, RTDB.cpp
+
+    // Fill the two point lists from the point-settings database, by charger kind and port count. A failed
+    // query adds nothing; a database that cannot be opened ends the process. Return 0.
+    int InitPointSettingYC();
+    int InitPointSettingYX();
+    // Loads the real-time YC database.
+    int LoadRealTimeYc() { return m_rtdb.Load(m_databaseDirectory, m_chargerKind); }
+
+    // ---- 4. events/ ----
+    // StatusChanges.cpp, EventDatabase.cpp
+
+    // Compares every status point with its state at the last tick and records the changes.
+    void DetectStatusChanges();
+    // Opens the event database and creates what is missing in it. Returns 0; ends the process when it cannot
+    // be opened.
+    int InitSOE();
+    // Stores one event: state `value` of point `pointNumber` of the YX table (`table` 0) or the second one
+    // (1). Counts switching and records the charging measurements where the point calls for it. Failures are
+    // printed and lose this event only. Returns 0.
+    int InsertSOE(int value, int pointNumber, int table, const std::string& event);
+
+    // ---- 5. reports/ ----
     // Schedule.cpp, PortState.cpp
 
     // One pass over everything that happens per tick, in fixed order.
@@ -84,8 +110,8 @@ class CRuntimeData {
     // Posts A1_14 when the charging-state code of `port` differs from the last one posted for it.
     void Send_DC_A1_14(int port);
 
-    // ---- 4. history/
-    // ------------------------------------------------------------------------------------------- History.cpp
+    // ---- 6. history/ ----
+    // History.cpp
 
     // Counts the charging records that zor_main has not acknowledged yet.
     int Checkcache();
@@ -104,6 +130,22 @@ class CRuntimeData {
     void ApplyReportInterval(std::uint32_t seconds, const char* report, std::int32_t kind,
                              std::uint32_t& ticks);
 
+    // -- events/
+    // All events of one walk over the points share one connection and one transaction.
+    void BeginEventWalk();
+    void EndEventWalk();
+    bool OpenForWalk();
+    void RecordChange(const StatusChange& change);
+    void StoreEvent(CSqliteDb& database, int value, int pointNumber, int table, const char* event);
+    void StoreChangesSingly();
+    std::uint32_t StoreErrorMessage(CSqliteDb& database, int base);
+    void PruneErrMsg(CSqliteDb& database, std::uint32_t lastId);
+    void PruneSoe(CSqliteDb& database, std::uint32_t lastId);
+    void VacuumSoon(CSqliteDb& database);
+    void PrepareErrMsgTable(CSqliteDb& database);
+    void PrepareSoeTable(CSqliteDb& database);
+    void ExecEventSetUp(CSqliteDb& database, const char* sql);
+
     // -- reports/
     // Signal reports of one port: the snapshot when it is due, then the change reports.
     void PortStep(int port);
@@ -111,21 +153,31 @@ class CRuntimeData {
     PortState& Port(int port) { return m_ports[static_cast<std::size_t>(port)]; }
 
     CShmCTRL* m_shm = nullptr;             // app; not owned
+    std::list<YxPointRecord> m_yxPoints;   // points; their states: events
+    std::list<YcGroup> m_ycGroups;         // points; their values: reports
+    CRTDB m_rtdb;                          // points
+    std::string m_databaseDirectory;       // app; kept with every label set
     std::uint8_t m_startFlagA = 1;         // app; read by nobody
     std::uint8_t m_startFlagB = 1;         // app; read by nobody
+    std::int32_t m_recordValue = 0;        // events: last id seen in tagSOE or tagErrMsg
     std::int32_t m_queueId = -1;           // app: the System V queue
     std::int32_t m_lastReceiveResult = 0;  // ipc: what the last msgrcv returned
     std::int32_t m_chargerKind = 0;        // app
     std::int32_t m_sendflag = 0;           // ipc: 1 while reporting is on
     std::array<PortState, kPortSlots> m_ports{};
-    std::uint32_t m_workReportTicks = 1800;       // ipc: interval of the charging status
-    std::uint32_t m_idleReportTicks = 1800;       // ipc: interval of the idle status
-    std::uint32_t m_yxReportTicks = 600;          // ipc: interval of the full signal snapshot
-    std::uint32_t m_minuteIntervalTicks = 36000;  // ipc: stored for zor_main, read by nobody
-    std::int32_t m_forceYxReport = 0;             // ipc sets it, the first port step that sees it clears it
-    std::uint32_t m_tickPeriodMs = 100;           // app; never changes
-    std::int32_t m_portCount = 0;                 // app: 1 to 8 once GetPort has run
+    // Switching counters by port number; the names are those of the charging record.
+    std::array<std::int32_t, kPortSlots> k1Cnt{};  // events
+    std::array<std::int32_t, kPortSlots> k2Cnt{};  // events
+    std::uint32_t m_workReportTicks = 1800;        // ipc: interval of the charging status
+    std::uint32_t m_idleReportTicks = 1800;        // ipc: interval of the idle status
+    std::uint32_t m_yxReportTicks = 600;           // ipc: interval of the full signal snapshot
+    std::uint32_t m_minuteIntervalTicks = 36000;   // ipc: stored for zor_main, read by nobody
+    std::int32_t m_forceYxReport = 0;              // ipc sets it, the first port step that sees it clears it
+    std::uint32_t m_tickPeriodMs = 100;            // app; never changes
+    std::int32_t m_portCount = 0;                  // app: 1 to 8 once GetPort has run
     CMyIPC m_ipc;
     CLinuxMsgQueue* m_outboundQueue = nullptr;  // app; never deleted, null when the System V queue is missing
     CFailureLog m_failures;
+    EventWalk m_walk;         // events
+    std::string m_eventText;  // events: working text, with room for any event
 };

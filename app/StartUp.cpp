@@ -19,4 +19,8 @@ void StartUp(CRuntimeData& runtime) {
     std::printf("*               Compile Date    : %s %s     *\n", __DATE__, __TIME__);
     std::puts(kRule);
     runtime.SetChargerKind(kDcCharger);
+    runtime.LoadRealTimeYc();
+    runtime.InitPointSettingYC();
+    runtime.InitPointSettingYX();
+    runtime.InitSOE();
 }

@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+#include "System/Numbers.h"
+#include "points/PointRecords.h"
 #include "points/PortNumbering.h"
 
 namespace {
@@ -37,6 +39,25 @@ void CShmCTRL::ResetLiveValues() {
 
 std::uint8_t CShmCTRL::Signal(int index) {
     return ReadU8(getYx(index), kYxState);
+}
+
+bool CShmCTRL::ReadSignal(std::int32_t source, int index, std::uint8_t& state) {
+    const void* entry = nullptr;
+    if (source == kSourceYx) entry = getYx(index);
+    if (source == kSourceYx2) entry = getYx2(index);
+    if (entry == nullptr) return false;
+    state = ReadU8(entry, kYxState);
+    return true;
+}
+
+LiveYc CShmCTRL::Yc(int index) {
+    LiveYc live{};
+    const auto* entry = static_cast<const std::uint8_t*>(getYc(index));
+    if (entry == nullptr) return live;
+    std::memcpy(live.area, entry + kEntryArea, sizeof live.area);
+    std::memcpy(&live.coefficient, entry + kYcCoefficient, sizeof live.coefficient);
+    live.raw = static_cast<std::uint32_t>(GetLe(entry + kYcRaw, sizeof live.raw));
+    return live;
 }
 
 std::uint8_t CShmCTRL::GunState(int port) {

@@ -2,6 +2,7 @@
 #include "app/RuntimeData.h"
 
 void CRuntimeData::SchedulerTick() {
+    DetectStatusChanges();
     const PortRange ports = PortsOf(m_portCount);
     for (int port = ports.first; port <= ports.last; ++port) {
         PortStep(port);
