@@ -24,6 +24,7 @@
 #include "points/PointRecords.h"
 #include "points/PortNumbering.h"
 #include "points/RTDB.h"
+#include "reports/SignalBodies.h"
 
 class CShmCTRL;
 
@@ -36,8 +37,12 @@ class CMyIPC {};
 
 // What belongs to one port.
 struct PortState {
-    std::uint8_t lastStateCode = 0;   // reports: charging-state code of the last A1_14; 0 is no code
-    std::uint32_t snapshotTicks = 0;  // reports: ticks since the last full signal snapshot
+    std::uint8_t lastStateCode = 0;     // reports: charging-state code of the last A1_14; 0 is no code
+    std::uint32_t snapshotTicks = 0;    // reports: ticks since the last full signal snapshot
+    std::uint32_t chargingTicks = 0;    // reports: ticks since the last charging status
+    std::uint32_t chargingReports = 0;  // reports: charging statuses since the charging began
+    std::uint32_t idleTicks = 0;        // reports: ticks since the last idle status
+    PortSignals signals;                // reports
 };
 
 class CRuntimeData {
@@ -103,10 +108,23 @@ class CRuntimeData {
     int InsertSOE(int value, int pointNumber, int table, const std::string& event);
 
     // ---- 5. reports/ ----
-    // Schedule.cpp, PortState.cpp
+    // Schedule.cpp, ChargingStatus.cpp, IdleStatus.cpp, SignalReports.cpp, PortState.cpp
 
     // One pass over everything that happens per tick, in fixed order.
     void SchedulerTick();
+    // Fixes which points the signal reports of each port carry. To be called when the YX point list is
+    // complete.
+    void SelectReportedPoints();
+    // Posts A1_5 when the charging status of `port` is due. `points` are those of one group, here and below.
+    void Send_DC_A1_5(const std::list<YcPointRecord>& points, int port);
+    // Posts A1_6 when the idle status of `port` is due.
+    void Send_DC_A1_6(const std::list<YcPointRecord>& points, int port);
+    // Posts A1_13, all signals of `port`.
+    void Send_DC_A1_13(int port);
+    // Posts A1_11 with the signals of `port` that differ from what was last reported, if there are any.
+    void Send_DC_A1_11(int port);
+    // Posts A1_15 with the gun signals of `port` that differ from what was last reported, if there are any.
+    void Send_DC_A1_15(int port);
     // Posts A1_14 when the charging-state code of `port` differs from the last one posted for it.
     void Send_DC_A1_14(int port);
 
@@ -147,6 +165,8 @@ class CRuntimeData {
     void ExecEventSetUp(CSqliteDb& database, const char* sql);
 
     // -- reports/
+    // Reads every telemetry point anew and runs the charging and the idle status on it.
+    void RefreshYc();
     // Signal reports of one port: the snapshot when it is due, then the change reports.
     void PortStep(int port);
 
@@ -165,6 +185,7 @@ class CRuntimeData {
     std::int32_t m_chargerKind = 0;        // app
     std::int32_t m_sendflag = 0;           // ipc: 1 while reporting is on
     std::array<PortState, kPortSlots> m_ports{};
+    std::uint32_t m_idleSequence = 0;  // reports: sequence number of the next idle status
     // Switching counters by port number; the names are those of the charging record.
     std::array<std::int32_t, kPortSlots> k1Cnt{};  // events
     std::array<std::int32_t, kPortSlots> k2Cnt{};  // events

@@ -109,6 +109,7 @@ int CRuntimeData::InitPointSettingYX() {
     for (int row = 0; row < table.Rows(); ++row)
         AppendYxPoint(m_yxPoints, ParseYxRow(table, row), m_portCount);
     m_walk.changes.reserve(m_yxPoints.size());  // every point can change in one tick
+    SelectReportedPoints();
     return 0;
 }
 

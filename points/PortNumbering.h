@@ -25,3 +25,9 @@ constexpr int PortIndex(int port) {
 constexpr int PortBase(int port) {
     return PortIndex(port) * kPointsPerPort;
 }
+
+// The same for energy counters (DD).
+inline constexpr int kCountersPerPort = 32;
+constexpr int CounterBase(int port) {
+    return PortIndex(port) * kCountersPerPort;
+}

@@ -18,6 +18,12 @@ void ClearHead(std::uint8_t* entry) {
     std::memset(entry, 0, kEntryArea + kEntryAreaSize);
 }
 
+// Entry of `port` in a table that holds one entry per port.
+std::uint8_t* EntryOfPort(void* table, std::size_t entrySize, int port) {
+    if (table == nullptr || port < 0 || port > kMaxPorts) return nullptr;
+    return static_cast<std::uint8_t*>(table) + static_cast<std::size_t>(PortIndex(port)) * entrySize;
+}
+
 }  // namespace
 
 void CShmCTRL::ResetLiveValues() {
@@ -60,6 +66,12 @@ LiveYc CShmCTRL::Yc(int index) {
     return live;
 }
 
+std::uint64_t CShmCTRL::Counter(int index) {
+    const auto* entry = static_cast<const std::uint8_t*>(getDd(index));
+    if (entry == nullptr) return 0;
+    return GetLe(entry + kDdLow, 4) | GetLe(entry + kDdHigh, 4) << 32;
+}
+
 std::uint8_t CShmCTRL::GunState(int port) {
     return ReadU8(GunEntry(port), kGunState);
 }
@@ -71,10 +83,19 @@ std::array<std::uint8_t, kEquipmentSize> CShmCTRL::EquipmentNumber() {
     return number;
 }
 
+std::array<std::uint8_t, kChargingAreaSize> CShmCTRL::ChargingArea(int port) {
+    std::array<std::uint8_t, kChargingAreaSize> copy{};
+    if (const std::uint8_t* area = ChargingAreaOf(port); area != nullptr)
+        std::memcpy(copy.data(), area, copy.size());
+    return copy;
+}
+
 std::uint8_t* CShmCTRL::GunEntry(int port) {
-    if (m_pGunState == nullptr || port < 0 || port > kMaxPorts) return nullptr;
-    return static_cast<std::uint8_t*>(m_pGunState) +
-           static_cast<std::size_t>(PortIndex(port)) * kGunEntrySize;
+    return EntryOfPort(m_pGunState, kGunEntrySize, port);
+}
+
+std::uint8_t* CShmCTRL::ChargingAreaOf(int port) {
+    return EntryOfPort(m_pCharge, kChargingAreaSize, port);
 }
 
 std::uint8_t* CShmCTRL::DeviceArea() {

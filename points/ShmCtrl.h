@@ -30,13 +30,18 @@ class CShmCTRL : public CShm {
     // `state` untouched, for another source and for an entry that does not exist.
     bool ReadSignal(std::int32_t source, int index, std::uint8_t& state);
     LiveYc Yc(int index);
+    // Energy counter `index`, units of 1/10000.
+    std::uint64_t Counter(int index);
     // Gun state of a port. Ports 0 and 1 share an entry, here and below.
     std::uint8_t GunState(int port);
     // The equipment number as stored; reports send it last byte first.
     std::array<std::uint8_t, kEquipmentSize> EquipmentNumber();
+    // A copy of the port's charging area.
+    std::array<std::uint8_t, kChargingAreaSize> ChargingArea(int port);
 
   protected:
     // Places of the shared areas, null where the platform has none (or none for that port).
     std::uint8_t* GunEntry(int port);
     std::uint8_t* DeviceArea();
+    std::uint8_t* ChargingAreaOf(int port);
 };

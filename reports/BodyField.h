@@ -20,6 +20,13 @@ struct BodyField {
     const char* name;  // null for fixed bytes
 };
 
+// Writes the low bytes of `value` as a number field of the body, entry or area at `base`.
+void PutField(std::uint8_t* base, const BodyField& field, std::uint64_t value);
+// Writes `field.size` bytes at `bytes` as a Reversed field.
+void PutReversed(std::uint8_t* base, const BodyField& field, const std::uint8_t* bytes);
+// The number in a Number, BigEndian or Fixed field.
+std::uint64_t GetField(const std::uint8_t* base, const BodyField& field);
+
 // True when the fields of `table`, in order, cover `size` bytes without hole or overlap. An element of the
 // table holds its BodyField as member `at`.
 template <typename Table>

@@ -7,13 +7,22 @@
 #include "points/LiveEntry.h"
 #include "reports/BodyField.h"
 
-// Charging-state code of a port: 1 with a fault, otherwise by its gun state. `unknown` is the code of a gun
-// state above 4: 1 in the port state, 0 in the charging and idle status.
+// Code of a gun state that is not known: a fault in the port state, none in the charging and the idle status.
+inline constexpr std::uint8_t kUnknownIsFault = 1;
+inline constexpr std::uint8_t kUnknownIsNoCode = 0;
+
+// Charging-state code of a port: 1 with a fault, otherwise by its gun state, `unknown` for a gun state
+// above 4.
 constexpr std::uint8_t ChargingStateCode(bool fault, std::uint8_t gunState, std::uint8_t unknown) {
     constexpr std::uint8_t kByGunState[] = {2, 3, 5, 6, 1};
     if (fault) return 1;
     return gunState < sizeof kByGunState ? kByGunState[gunState] : unknown;
 }
+
+class CShmCTRL;
+
+// True when a station-wide fault signal or the fault signal of `port` itself is set.
+bool PortHasFault(CShmCTRL& shm, int port);
 
 enum class EPortStateSource : std::uint8_t { Equipment, Port, StateCode, Constant };
 

@@ -1,13 +1,36 @@
 // What happens per tick, in order.
+#include <cstring>
+
 #include "app/RuntimeData.h"
+#include "points/ShmCtrl.h"
 
 void CRuntimeData::SchedulerTick() {
     DetectStatusChanges();
+    RefreshYc();
     const PortRange ports = PortsOf(m_portCount);
     for (int port = ports.first; port <= ports.last; ++port) {
         PortStep(port);
         // A single port reports its state only as a DC charger; several ports do so whatever the kind.
         if (m_portCount > 1 || m_chargerKind == kDcCharger) Send_DC_A1_14(port);
+    }
+}
+
+void CRuntimeData::RefreshYc() {
+    if (m_sendflag != 1) return;
+    const PortRange ports = PortsOf(m_portCount);
+    for (YcGroup& group : m_ycGroups) {
+        for (YcPointRecord& point : group.points) {
+            const LiveYc live = m_shm->Yc(point.pointNumber);
+            point.previousRaw = point.currentRaw;
+            std::memcpy(point.name, live.area, sizeof point.name);
+            point.currentRaw = live.raw;
+        }
+        if (m_chargerKind != kDcCharger) continue;
+        // Per group: a report holds the values of one group, and its counters run once for each.
+        for (int port = ports.first; port <= ports.last; ++port) {
+            Send_DC_A1_5(group.points, port);
+            Send_DC_A1_6(group.points, port);
+        }
     }
 }
 
@@ -17,8 +40,13 @@ void CRuntimeData::PortStep(int port) {
     // Compared before it is counted: a snapshot goes out every m_yxReportTicks + 1 ticks.
     if (ticks < m_yxReportTicks && m_forceYxReport != 1) {
         ++ticks;
-        return;
+    } else {
+        ticks = 0;
+        if (m_chargerKind != kAcCharger) Send_DC_A1_13(port);
+        // The first port that sees it takes it; the others keep to their own counters.
+        m_forceYxReport = 0;
     }
-    ticks = 0;
-    m_forceYxReport = 0;
+    if (m_chargerKind == kAcCharger) return;
+    Send_DC_A1_11(port);
+    Send_DC_A1_15(port);
 }
