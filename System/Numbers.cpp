@@ -26,6 +26,10 @@ std::uint32_t ParseUInt32(const char* text) {
     return negative ? 0U - value : value;
 }
 
+std::int64_t ParseInt64(const char* text) {
+    return text == nullptr ? 0 : std::strtoll(text, nullptr, 10);
+}
+
 float ParseFloat(const char* text) {
     return text == nullptr ? 0.0F : static_cast<float>(std::strtod(text, nullptr));
 }

@@ -9,6 +9,8 @@
 // modulo 2^32. A null text gives 0.
 std::int32_t ParseInt32(const char* text);
 std::uint32_t ParseUInt32(const char* text);
+// Base-10 `strtoll`; a null text gives 0.
+std::int64_t ParseInt64(const char* text);
 
 // `strtod`, rounded to 32 bits; a null text gives 0.
 float ParseFloat(const char* text);

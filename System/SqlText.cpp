@@ -5,9 +5,8 @@
 #include <cstring>
 
 const char* CSqlTextBase::Quoted(const char* value) {
-    if (std::strchr(value, '\'') == nullptr) return value;
-    m_defect = "a value holds an apostrophe";
-    return "";
+    if (std::strchr(value, '\'') != nullptr) m_defect = "a value holds an apostrophe";
+    return value;
 }
 
 void CSqlTextBase::Format(const char* format, ...) {

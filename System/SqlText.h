@@ -10,8 +10,8 @@ class CSqlTextBase {
     CSqlTextBase(const CSqlTextBase&) = delete;
     CSqlTextBase& operator=(const CSqlTextBase&) = delete;
 
-    // For a value that stands between single quotes: `value` itself where that is safe, else an empty text,
-    // and the statement will fail.
+    // For a value that stands between single quotes. Returns `value`; where it would end the quotes, the
+    // statement will fail.
     const char* Quoted(const char* value);
     // Clears the buffer and prints the statement into it.
     void Format(const char* format, ...) __attribute__((format(printf, 2, 3)));

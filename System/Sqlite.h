@@ -65,6 +65,11 @@ class CSqliteTable {
     CSqliteTable& operator=(const CSqliteTable&) = delete;
 
     bool Ok() const { return m_result == SQLITE_OK; }
+    // True for a failure that says nothing about the file: it was locked, or memory had run out.
+    bool NotNow() const {
+        return m_result == SQLITE_BUSY || m_result == SQLITE_LOCKED || m_result == SQLITE_NOMEM;
+    }
+    int Result() const { return m_result; }
     // SQLite's error text after a failure, never null.
     const char* Error() const;
     int Rows() const { return m_rows; }

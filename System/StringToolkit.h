@@ -24,8 +24,8 @@ class CString {
     std::uint32_t ToUnsigned() const;
 
   private:
-    std::shared_ptr<std::string> m_text;  // null while empty
-    std::int32_t m_flag = 1;
+    std::shared_ptr<std::string> m_text;       // null while empty
+    [[maybe_unused]] std::int32_t m_flag = 1;  // set by every constructor, for whoever tags texts
 };
 
 // Ordered list that owns its items.

@@ -19,6 +19,7 @@
 
 #include "System/FailureLog.h"
 #include "events/EventDatabase.h"
+#include "history/ChargingRecord.h"
 #include "ipc/Frame.h"
 #include "ipc/MsgQueue.h"
 #include "points/PointRecords.h"
@@ -60,6 +61,8 @@ class CRuntimeData {
 
     // Hands over the live-value accessor, which stays the caller's. Every later operation needs it.
     void SetShmAccessor(CShmCTRL* shm) { m_shm = shm; }
+    // The hour, 0 to 23, for which no charging record is due any more.
+    void SetLastHour(std::int32_t hour) { m_lastHour = hour; }
     // kDcCharger or kAcCharger.
     void SetChargerKind(std::int32_t kind) { m_chargerKind = kind; }
     std::uint32_t TickPeriodMs() const { return m_tickPeriodMs; }
@@ -129,15 +132,45 @@ class CRuntimeData {
     void Send_DC_A1_14(int port);
 
     // ---- 6. history/ ----
-    // History.cpp
+    // HistoryDatabase.cpp, Snapshots.cpp, Cache.cpp, ChargingRecord.cpp
 
-    // Counts the charging records that zor_main has not acknowledged yet.
+    // Judges the history database at start-up. 0 keeps the file (the counters are then restored from it), 1
+    // says that it was an old one and has been removed. A file that cannot be read just now, because it is
+    // locked, is kept.
+    int CheckYCDB();
+    // Creates the history table in a new file; ends the process when the file cannot be opened. Returns 0.
+    int InitYcHistoryDatabase();
+    // Writes the charging record of `port`, which the station must have, for `hour` (0 to 23; that of hour 0
+    // is to be acknowledged). Returns SQLite's result code; a failure is printed and the record is lost.
+    std::int32_t InsertYC(std::uint32_t hour, std::uint32_t port);
+    // Reads the record of one hour, or with `hour` 24 those of the whole day, of a date such as 2023-08-30.
+    // `count` is the capacity of the zeroed `records` and becomes how many were filled. Without a row the
+    // count is 0 and the first record says for which time. Returns 0.
+    int ReadDBSingleYCdata(const char* date, int port, int hour, YcHistoryRecord* records, int& count);
+    // Counts the records that zor_main has not acknowledged yet. Returns 0; a failure leaves the count as it
+    // was.
     int Checkcache();
-    // Handles the acknowledgement of a charging record: `body` is what follows the command's port byte (128
-    // bytes).
+    // Reads records that are to be resent, as many as `records` has room for (`count`), and raises their send
+    // counts. `count` becomes how many were read. Returns 0.
+    int ReadCacheYCdata(YcHistoryRecord* records, int& count);
+    // Handles the acknowledgement of a record: `body` is what follows the command's port byte (128 bytes).
+    // Returns 0 for that of a midnight record, which is the only one that it acts on.
     int DealCacheData(const std::uint8_t* body, std::uint32_t port);
-    // Answers a history request: `body` as above.
+    // Ends the resending of the port's records whose timestamp begins with `prefix`, and counts what remains
+    // of that port. Returns SQLite's result code, also 0 when the file cannot be opened.
+    int DeletCacheData(const char* prefix, int port);
+    // Fills `body` with the live charging record of `port`; `length` becomes its length.
+    void BuildA1_16Record(RecordBody& body, std::uint32_t& length, std::uint32_t port);
+    // Posts A1_16 with the live charging record of `port`.
+    void Send_A1_16(std::uint32_t port);
+    // Answers a history request (`body` as above): one A1_16 for each record, or one without a body.
     int MsgCall_A1_16(const std::uint8_t* body, std::uint32_t port);
+    // One resend pass, when there is something to resend and reporting is on. Returns 0.
+    int History_A1_16();
+    // Copies the digits of `text` to `out`, at most `capacity`; writes no terminator.
+    static void GetDigits(char* out, std::size_t capacity, const char* text);
+    // Packs `text` two characters per byte (see PackNibbles), at most `capacity` bytes. Returns 0.
+    static int StrToBcd(std::uint8_t* out, std::size_t capacity, const char* text);
 
   protected:
     // -- ipc/
@@ -165,10 +198,21 @@ class CRuntimeData {
     void ExecEventSetUp(CSqliteDb& database, const char* sql);
 
     // -- reports/
+    // At minute 0 of a new hour writes and reports the charging records, at minute 40 counts the pending
+    // ones.
+    void HourlyStep();
     // Reads every telemetry point anew and runs the charging and the idle status on it.
     void RefreshYc();
     // Signal reports of one port: the snapshot when it is due, then the change reports.
     void PortStep(int port);
+
+    // -- history/
+    void RestoreCounters(CSqliteDb& database);
+    void RestoreCountersOf(int port, CSqliteDb& database);
+    int FormatDayQuery(CSqlTextBase& sql, const char* date, int port);
+    void FillHour(YcHistoryRecord& record, const CSqliteTable& table, const char* date, int h);
+    void RaiseSendCounts(CSqliteDb& database, const CSqliteTable& table, int count);
+    void PutLiveField(RecordBody& body, const RecordField& field, std::uint32_t port);
 
     PortState& Port(int port) { return m_ports[static_cast<std::size_t>(port)]; }
 
@@ -179,6 +223,7 @@ class CRuntimeData {
     std::string m_databaseDirectory;       // app; kept with every label set
     std::uint8_t m_startFlagA = 1;         // app; read by nobody
     std::uint8_t m_startFlagB = 1;         // app; read by nobody
+    std::int32_t m_lastHour = 0;           // reports: hour of the last charging records
     std::int32_t m_recordValue = 0;        // events: last id seen in tagSOE or tagErrMsg
     std::int32_t m_queueId = -1;           // app: the System V queue
     std::int32_t m_lastReceiveResult = 0;  // ipc: what the last msgrcv returned
@@ -195,6 +240,8 @@ class CRuntimeData {
     std::uint32_t m_minuteIntervalTicks = 36000;   // ipc: stored for zor_main, read by nobody
     std::int32_t m_forceYxReport = 0;              // ipc sets it, the first port step that sees it clears it
     std::uint32_t m_tickPeriodMs = 100;            // app; never changes
+    std::int32_t m_datacache = 0;                  // history: pending records last counted
+    std::int32_t m_lastCacheHour = 0;              // reports: hour of the last count
     std::int32_t m_portCount = 0;                  // app: 1 to 8 once GetPort has run
     CMyIPC m_ipc;
     CLinuxMsgQueue* m_outboundQueue = nullptr;  // app; never deleted, null when the System V queue is missing

@@ -1,13 +1,33 @@
 #include "app/StartUp.h"
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <cstdio>
 
 #include "System/AppFiles.h"
+#include "System/DateTime.h"
 #include "app/RuntimeData.h"
 
 namespace {
 
 constexpr char kRule[] = "************************************************************";
+
+// Keeps a usable history database, and creates it where there is none.
+void PrepareHistory(CRuntimeData& runtime) {
+    const CAppPath path(kHistoryFile);
+    std::puts(path.c_str());
+    struct stat file {};
+    if (access(path.c_str(), F_OK) != 0) {
+        std::puts("zorycdata.db is not exist!!!");
+    } else if (stat(path.c_str(), &file) != 0 || file.st_size == 0) {
+        std::puts("zorycdata.db is broken, so remove zorycdata.db");
+        std::remove(path.c_str());
+    } else if (runtime.CheckYCDB() == 0) {
+        return;
+    }
+    runtime.InitYcHistoryDatabase();
+}
 
 }  // namespace
 
@@ -23,4 +43,7 @@ void StartUp(CRuntimeData& runtime) {
     runtime.InitPointSettingYC();
     runtime.InitPointSettingYX();
     runtime.InitSOE();
+    PrepareHistory(runtime);
+    // No record is taken for the hour in which the process starts.
+    runtime.SetLastHour(CDateTime::Now().Hour());
 }

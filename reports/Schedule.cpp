@@ -1,17 +1,38 @@
 // What happens per tick, in order.
 #include <cstring>
 
+#include "System/DateTime.h"
 #include "app/RuntimeData.h"
 #include "points/ShmCtrl.h"
 
 void CRuntimeData::SchedulerTick() {
     DetectStatusChanges();
+    HourlyStep();
     RefreshYc();
+    History_A1_16();
     const PortRange ports = PortsOf(m_portCount);
     for (int port = ports.first; port <= ports.last; ++port) {
         PortStep(port);
         // A single port reports its state only as a DC charger; several ports do so whatever the kind.
         if (m_portCount > 1 || m_chargerKind == kDcCharger) Send_DC_A1_14(port);
+    }
+}
+
+void CRuntimeData::HourlyStep() {
+    constexpr int kCacheCheckMinute = 40;
+    const CDateTime now = CDateTime::Now();
+    const int hour = now.Hour();
+    if (hour != m_lastHour && now.Minute() == 0) {
+        m_lastHour = hour;
+        const PortRange ports = PortsOf(m_portCount);
+        for (int port = ports.first; port <= ports.last; ++port) {
+            InsertYC(static_cast<std::uint32_t>(hour), static_cast<std::uint32_t>(port));
+            if (m_sendflag == 1) Send_A1_16(static_cast<std::uint32_t>(port));
+        }
+    }
+    if (hour != m_lastCacheHour && now.Minute() == kCacheCheckMinute) {
+        m_lastCacheHour = hour;
+        Checkcache();
     }
 }
 

@@ -1,0 +1,128 @@
+#include "history/HistoryDatabase.h"
+
+#include <cstdio>
+#include <cstring>
+
+#include "System/AppFiles.h"
+#include "System/DiagLine.h"
+#include "System/FixedText.h"
+#include "System/Numbers.h"
+#include "app/RuntimeData.h"
+
+namespace {
+
+template <std::size_t Size>
+void TakeText(char (&field)[Size], const char* text) {
+    if (text != nullptr) CopyText(field, text);
+}
+
+bool HasColumn(const CSqliteTable& table, const char* name) {
+    for (int column = 0; column < table.Columns(); ++column) {
+        const char* candidate = table.Name(column);
+        if (candidate != nullptr && std::strcmp(candidate, name) == 0) return true;
+    }
+    return false;
+}
+
+void AddTo(std::int32_t& counter, const char* text) {
+    counter = static_cast<std::int32_t>(static_cast<std::uint32_t>(counter) +
+                                        static_cast<std::uint32_t>(ParseInt32(text)));
+}
+
+}  // namespace
+
+void FillRecord(YcHistoryRecord& record, const CSqliteTable& table, int row, const char* operation) {
+    const auto cell = [&table, row](EHistoryColumn column) { return table.Cell(row, column); };
+    const auto int64 = [&cell](EHistoryColumn column, std::int64_t old) {
+        return cell(column) != nullptr ? ParseInt64(cell(column)) : old;
+    };
+    const auto int32 = [&cell](EHistoryColumn column, std::int32_t old) {
+        return cell(column) != nullptr ? ParseInt32(cell(column)) : old;
+    };
+    record.portNo = int32(kHistoryPortNo, record.portNo);
+    record.chargeCnt = int32(kHistoryChargeCnt, record.chargeCnt);
+    record.chargeTime = int32(kHistoryChargeTime, record.chargeTime);
+    record.k1Cnt = int32(kHistoryK1Cnt, record.k1Cnt);
+    record.k2Cnt = int32(kHistoryK2Cnt, record.k2Cnt);
+    record.mvalue = int64(kHistoryMValue, record.mvalue);
+    record.mvalue_1 = int64(kHistoryMValue1, record.mvalue_1);
+    record.mvalue_2 = int64(kHistoryMValue2, record.mvalue_2);
+    record.mvalue_3 = int64(kHistoryMValue3, record.mvalue_3);
+    record.mvalue_4 = int64(kHistoryMValue4, record.mvalue_4);
+    record.fvalue = int64(kHistoryFValue, record.fvalue);
+    record.fvalue_1 = int64(kHistoryFValue1, record.fvalue_1);
+    record.fvalue_2 = int64(kHistoryFValue2, record.fvalue_2);
+    record.fvalue_3 = int64(kHistoryFValue3, record.fvalue_3);
+    record.fvalue_4 = int64(kHistoryFValue4, record.fvalue_4);
+    TakeText(record.tradenumber, cell(kHistoryTradeNumber));
+    record.tradeelec = int32(kHistoryTradeElec, record.tradeelec);
+    TakeText(record.fretime, cell(kHistoryFreTime));
+    TakeText(record.collecttime, cell(kHistoryTimestamp));
+    record.status = ERecordStatus::Found;
+
+    const CDiagLine line(operation);
+    line.Print("tradenum:%s\n", record.tradenumber);
+    line.Print("tradeelec:%d\n", record.tradeelec);
+    line.Print("fretime:%s\n", record.fretime);
+    line.Print("collecttime:%s\n", record.collecttime);
+    line.Print("chargeCnt:%d\n", record.chargeCnt);
+    line.Print("chargeTime:%d\n", record.chargeTime);
+    line.Print("k1Cnt:%d\n", record.k1Cnt);
+    line.Print("k2Cnt:%d\n", record.k2Cnt);
+}
+
+int CRuntimeData::CheckYCDB() {
+    const CAppPath path(kHistoryFile);
+    CSqliteDb database;
+    if (database.Open(path.c_str(), kBusyAtStartUpMs) != SQLITE_OK) return 0;
+    CDiagLine(__func__).Print("You have opened zorycdata.db successfully!");
+    {
+        const CSqliteTable table(database, "select * from tagYC limit 1");
+        if (!table.Ok()) CDiagLine(__func__).Print("sqlite3_get_table Fail:\n");
+        if (table.NotNow()) return 0;
+        if (table.Rows() > 0 && HasColumn(table, "chargeCnt")) {
+            CDiagLine(__func__).Print("tagYC is new, so keep it!");
+            RestoreCounters(database);
+            return 0;
+        }
+    }
+    CDiagLine(__func__).Print("tagYC is old, so remove it!");
+    std::remove(path.c_str());
+    return 1;
+}
+
+void CRuntimeData::RestoreCounters(CSqliteDb& database) {
+    const PortRange ports = PortsOf(m_portCount);
+    for (int port = ports.first; port <= ports.last; ++port) RestoreCountersOf(port, database);
+}
+
+void CRuntimeData::RestoreCountersOf(int port, CSqliteDb& database) {
+    // By place from the end of the row: these are chargeCnt and chargeTime, which are always 0, so that the
+    // counters in effect begin anew with every start. The station's other programs count on that.
+    constexpr int kFirstFromEnd = 4;
+    constexpr int kSecondFromEnd = 3;
+    const CDiagLine line("CheckYCDB");
+    CSqlText<128> sql;
+    sql.Format("select * from tagYC where portNo='%d' order by id desc limit 1", port);
+    const CSqliteTable table(database, sql);
+    if (!table.Ok()) {
+        line.Print("tagYC get port: %d data error:%s", port, table.Error());
+    } else if (table.Rows() == 0) {
+        line.Print(m_portCount == 1 ? "tagYC get port:%d no data!" : "tagYC get port: %d no data!\n", port);
+    } else {
+        std::int32_t& first = k1Cnt[static_cast<std::size_t>(port)];
+        std::int32_t& second = k2Cnt[static_cast<std::size_t>(port)];
+        AddTo(first, table.Cell(0, table.Columns() - kFirstFromEnd));
+        AddTo(second, table.Cell(0, table.Columns() - kSecondFromEnd));
+        line.Print("port:%d get k1Cnt:%d k2Cnt:%d from tagYC!\n", port, first, second);
+    }
+}
+
+int CRuntimeData::InitYcHistoryDatabase() {
+    CSqliteDb database;
+    database.OpenOrExit(CAppPath(kHistoryFile).c_str());
+    CDiagLine(__func__).Print("You have opened zorycdata.db successfully!");
+    if (database.Exec(kCreateYc) != SQLITE_OK)
+        std::fprintf(stderr, "zorycdata.db create table tagYC error!: %s\n", database.Error());
+    return 0;
+}

@@ -1,0 +1,47 @@
+// The history database: its table, its columns, and rows as records.
+#pragma once
+
+#include <cstdint>
+
+#include "System/Sqlite.h"
+#include "history/HistoryRecord.h"
+
+inline constexpr char kCreateYc[] =
+    "CREATE TABLE tagYC(id INTEGER PRIMARY KEY,portNo INTERGER(1), sendcount INTEGER(1),mvalue TEXT(20),"
+    "mvalue_1 TEXT(20),mvalue_2 TEXT(20),mvalue_3 TEXT(20),mvalue_4 TEXT(20),fvalue TEXT(20),fvalue_1 "
+    "TEXT(20),"
+    "fvalue_2 TEXT(20),fvalue_3 TEXT(20),fvalue_4 TEXT(20),tradenumber TEXT(40),tradeelec TEXT(20),fretime "
+    "TEXT(40),"
+    "timestamp TimeStamp NOT NULL DEFAULT (datetime('now','localtime')),chargeCnt TEXT(40),chargeTime "
+    "TEXT(40),"
+    "dcK1Cnt TEXT(40),dcK2Cnt TEXT(40))";
+static_assert(sizeof kCreateYc == 456 + 1);
+
+// Columns in the order of `select *`.
+enum EHistoryColumn {
+    kHistoryId,
+    kHistoryPortNo,
+    kHistorySendCount,
+    kHistoryMValue,
+    kHistoryMValue1,
+    kHistoryMValue2,
+    kHistoryMValue3,
+    kHistoryMValue4,
+    kHistoryFValue,
+    kHistoryFValue1,
+    kHistoryFValue2,
+    kHistoryFValue3,
+    kHistoryFValue4,
+    kHistoryTradeNumber,
+    kHistoryTradeElec,
+    kHistoryFreTime,
+    kHistoryTimestamp,
+    kHistoryChargeCnt,
+    kHistoryChargeTime,
+    kHistoryK1Cnt,
+    kHistoryK2Cnt
+};
+
+// Fills `record` from a row and prints the row's main values as lines of `operation`. A NULL leaves its field
+// as it was, a text is cut to its field. The status becomes Found.
+void FillRecord(YcHistoryRecord& record, const CSqliteTable& table, int row, const char* operation);
