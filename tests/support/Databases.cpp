@@ -1,0 +1,62 @@
+#include "tests/support/Databases.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <fstream>
+
+#include "System/AppFiles.h"
+#include "System/Sqlite.h"
+#include "app/ConfigDatabase.h"
+
+namespace {
+
+void Open(CSqliteDb& database, const std::string& path, const char* key) {
+    ASSERT_EQ(SQLITE_OK, database.Open(path.c_str(), 0)) << path;
+    if (key != nullptr) database.Key(key, static_cast<int>(std::strlen(key)));
+}
+
+}  // namespace
+
+std::string AppFile(const char* file) {
+    return CAppPath(file).c_str();
+}
+
+void RunSql(const std::string& path, const std::string& sql, const char* key) {
+    CSqliteDb database;
+    Open(database, path, key);
+    EXPECT_EQ(SQLITE_OK, sqlite3_exec(database.Handle(), sql.c_str(), nullptr, nullptr, nullptr))
+        << sqlite3_errmsg(database.Handle());
+}
+
+std::vector<std::string> QueryRows(const std::string& path, const std::string& sql, const char* key) {
+    CSqliteDb database;
+    Open(database, path, key);
+    const CSqliteTable table(database, sql.c_str());
+    EXPECT_TRUE(table.Ok()) << table.Error();
+    std::vector<std::string> rows;
+    for (int row = 0; row < table.Rows(); ++row) {
+        std::string joined;
+        for (int column = 0; column < table.Columns(); ++column) {
+            const char* cell = table.Cell(row, column);
+            joined += (column == 0 ? "" : "|") + std::string(cell != nullptr ? cell : "NULL");
+        }
+        rows.push_back(joined);
+    }
+    return rows;
+}
+
+void MakeConfig(const std::vector<std::string>& rows, const std::string& path) {
+    std::string sql = "CREATE TABLE tagSystem (name TEXT, value TEXT);";
+    for (const std::string& row : rows) sql += "INSERT INTO tagSystem VALUES (" + row + ");";
+    RunSql(path, sql, kConfigKey);
+}
+
+void MakeConfig(int ports) {
+    MakeConfig({"'station','bench'", "'chargport_number','" + std::to_string(ports) + "'"},
+               AppFile(kConfigFile));
+}
+
+void WriteText(const std::string& path, const std::string& text) {
+    std::ofstream(path) << text;
+}

@@ -1,0 +1,19 @@
+// The clock of the unit tests. Its definitions of `time`, `gettimeofday` and `usleep` stand in the test
+// program and thereby replace libc's, for SQLite too.
+#pragma once
+
+#include <unistd.h>
+
+#include <cstdint>
+#include <ctime>
+#include <vector>
+
+struct FakeClock {
+    static constexpr std::time_t kStart = 1709603100;  // 2024-03-05 01:45:00 UTC
+
+    // Sets the time, whole seconds of UTC, and forgets the sleeps.
+    static void Set(std::time_t seconds);
+    static void Advance(std::time_t seconds);
+    // Arguments of the `usleep` calls since Set; each moved the time on and returned at once.
+    static const std::vector<useconds_t>& Sleeps();
+};

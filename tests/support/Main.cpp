@@ -1,0 +1,25 @@
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <cstring>
+
+#include "tests/support/Sandbox.h"
+
+#ifdef __SANITIZE_ADDRESS__
+// The outbound queue lives until the process ends; a test makes many of them.
+extern "C" const char* __lsan_default_suppressions();  // NOLINT(bugprone-reserved-identifier)
+extern "C" const char* __lsan_default_suppressions() {
+    return "leak:CRuntimeData::CRuntimeData\nleak:CLinuxMsgQueue::CLinuxMsgQueue\nleak:CMutex::CMutex\n"
+           "leak:CMsgQueue::CMsgQueue\n";
+}
+#endif
+
+int main(int argc, char** argv) {
+    bool listOnly = false;
+    for (int i = 1; i < argc; ++i) listOnly = listOnly || std::strcmp(argv[i], "--gtest_list_tests") == 0;
+    // Local time differs from UTC and has no summer time, so that a mix-up of the two shows all year round.
+    setenv("TZ", "TST-8", 1);
+    testing::InitGoogleTest(&argc, argv);
+    if (listOnly) return RUN_ALL_TESTS();
+    return RunInSandbox([] { return RUN_ALL_TESTS(); });
+}

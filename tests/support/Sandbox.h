@@ -1,0 +1,19 @@
+// A place of its own for the tests of one process: private System V objects and a private application
+// directory.
+#pragma once
+
+#include <functional>
+
+// Calls `run` and returns its result. Around it the process has namespaces of its own with an empty /mnt.
+// Where the system refuses them and the user is root, and nothing of a station is there yet, the host's own
+// /mnt/nandflash, queue and segment are used, one test process at a time, and removed afterwards, also when
+// `run` crashes; the environment variable ZOR_TEST_NO_NAMESPACES forces this way. Where neither can be had,
+// says in one line what is missing and returns 1.
+int RunInSandbox(const std::function<int()>& run);
+
+// Empties what a test may have left: the application directory (made where it is missing), the queue, the
+// segment.
+void CleanStation();
+
+// Scratch space beside the application directory, ending in '/'.
+inline constexpr char kScratchDirectory[] = "/mnt/nandflash/";

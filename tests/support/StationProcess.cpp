@@ -1,0 +1,133 @@
+#include "tests/support/StationProcess.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <poll.h>
+#include <sys/prctl.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+
+#include "tests/support/ClockProtocol.h"
+#include "tests/support/Sandbox.h"
+
+namespace {
+
+constexpr int kHangsMs = 120000;  // longer than any number of passes a test asks for takes
+
+std::string OutputFile() {
+    return std::string(kScratchDirectory) + "stdout";
+}
+std::string ErrorFile() {
+    return std::string(kScratchDirectory) + "stderr";
+}
+
+std::string ReadText(const std::string& path) {
+    std::ostringstream text;
+    text << std::ifstream(path).rdbuf();
+    return text.str();
+}
+
+void Redirect(const std::string& path, int descriptor) {
+    dup2(open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_APPEND | O_CLOEXEC, 0600), descriptor);
+}
+
+[[noreturn]] void Execute(int socket) {
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    Redirect(OutputFile(), STDOUT_FILENO);
+    Redirect(ErrorFile(), STDERR_FILENO);
+    setenv("LD_PRELOAD", ZOR_TEST_CLOCK, 1);
+    setenv(kClockSocket, std::to_string(socket).c_str(), 1);
+    // The clock is loaded ahead of the sanitizer on purpose; freed blocks held back would look like growth.
+    setenv("ASAN_OPTIONS", "verify_asan_link_order=0:quarantine_size_mb=1", 1);
+    execl(ZOR_TEST_PROGRAM, ZOR_TEST_PROGRAM, nullptr);
+    _exit(127);
+}
+
+}  // namespace
+
+CStationProcess::~CStationProcess() {
+    Kill();
+}
+
+bool CStationProcess::Start() {
+    int ends[2];
+    if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) return false;
+    m_pid = fork();
+    if (m_pid == 0) {
+        fcntl(ends[1], F_SETFD, 0);
+        Execute(ends[1]);
+    }
+    close(ends[1]);
+    m_socket = ends[0];
+    return m_pid > 0;
+}
+
+bool CStationProcess::Grant(std::uint32_t passes) {
+    const ClockGrant grant{m_nowMicros, passes, m_msggetError};
+    return (m_pid > 0 || Start()) && send(m_socket, &grant, sizeof grant, MSG_NOSIGNAL) == sizeof grant;
+}
+
+bool CStationProcess::AwaitReport() {
+    ClockReport report{};
+    pollfd ready{m_socket, POLLIN, 0};
+    if (poll(&ready, 1, kHangsMs) != 1) return false;
+    if (recv(m_socket, &report, sizeof report, 0) != sizeof report) return false;
+    m_nowMicros = report.nowMicros;
+    return true;
+}
+
+void CStationProcess::RunPasses(std::uint32_t passes) {
+    if (Grant(passes) && AwaitReport()) return;
+    Kill();
+    FAIL() << "the process hangs or died\n" << ReadText(OutputFile()) << Errors();
+}
+
+int CStationProcess::RunToEnd() {
+    constexpr std::uint32_t kPatience = 1000;
+    if (Grant(kPatience) && AwaitReport()) {
+        Kill();
+        ADD_FAILURE() << "the process goes on\n" << ReadText(OutputFile()) << Errors();
+        return -1;
+    }
+    return Reap();
+}
+
+int CStationProcess::Reap() {
+    int status = -1;
+    waitpid(m_pid, &status, 0);
+    close(m_socket);
+    m_pid = -1;
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+void CStationProcess::Kill() {
+    if (m_pid <= 0) return;
+    kill(m_pid, SIGKILL);
+    Reap();
+}
+
+std::string CStationProcess::TakeOutput() {
+    const std::string all = ReadText(OutputFile());
+    const std::string fresh = all.substr(m_outputTaken);
+    m_outputTaken = all.size();
+    return fresh;
+}
+
+std::string CStationProcess::Errors() const {
+    return ReadText(ErrorFile());
+}
+
+long CStationProcess::ResidentKb() const {
+    std::ifstream status("/proc/" + std::to_string(m_pid) + "/status");
+    std::string word;
+    long kb = 0;
+    while (status >> word)
+        if (word == "VmRSS:") status >> kb;
+    return kb;
+}

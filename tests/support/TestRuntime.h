@@ -1,0 +1,85 @@
+// The runtime object with its state laid open, live values that a test can set, and the fixture that holds
+// both.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdint>
+#include <cstring>
+#include <string>
+
+#include "app/RuntimeData.h"
+#include "points/ShmCtrl.h"
+#include "tests/support/Bytes.h"
+#include "tests/support/Channel.h"
+#include "tests/support/Databases.h"
+#include "tests/support/FakeClock.h"
+#include "tests/support/Sandbox.h"
+
+class CTestRuntime : public CRuntimeData {
+  public:
+    using CRuntimeData::m_chargerKind;
+    using CRuntimeData::m_failures;
+    using CRuntimeData::m_forceYxReport;
+    using CRuntimeData::m_idleReportTicks;
+    using CRuntimeData::m_lastReceiveResult;
+    using CRuntimeData::m_minuteIntervalTicks;
+    using CRuntimeData::m_outboundQueue;
+    using CRuntimeData::m_portCount;
+    using CRuntimeData::m_ports;
+    using CRuntimeData::m_queueId;
+    using CRuntimeData::m_sendflag;
+    using CRuntimeData::m_workReportTicks;
+    using CRuntimeData::m_yxReportTicks;
+    using CRuntimeData::Port;
+};
+
+// Shared memory as the acquisition processes write it. An index outside its table fails the test.
+class CLiveValues : public CShmCTRL {
+  public:
+    void SetSignal(int index, std::uint8_t state) { Put(getYx(index), kYxState, state); }
+    void SetSignal2(int index, std::uint8_t state) { Put(getYx2(index), kYxState, state); }
+    void SetYc(int index, std::uint32_t raw) { Put(getYc(index), kYcRaw, raw); }
+    void SetDd(int index, std::uint64_t value) { Put(getDd(index), kDdLow, value); }
+    void SetGunState(int port, std::uint8_t state) { Put(GunEntry(port), kGunState, state); }
+    void SetEquipment(const std::array<std::uint8_t, kEquipmentSize>& number) {
+        Put(DeviceArea(), kDeviceEquipment, number);
+    }
+
+    template <typename Value>
+    static void Put(void* entry, std::size_t offset, const Value& value) {
+        ASSERT_NE(nullptr, entry);
+        std::memcpy(static_cast<std::uint8_t*>(entry) + offset, &value, sizeof value);
+    }
+};
+
+// Every test of it starts with an empty station: no queue, no segment, no file, the clock at
+// FakeClock::kStart.
+class CEmptyStationTest : public testing::Test {
+  protected:
+    CEmptyStationTest() {
+        CleanStation();
+        FakeClock::Set(FakeClock::kStart);
+    }
+    ~CEmptyStationTest() override { CleanStation(); }
+};
+
+// As above, with a runtime object of a DC charger with two ports, past its start-up, nothing reported yet.
+class CStationTest : public CEmptyStationTest {
+  protected:
+    CStationTest() {
+        live.SetEquipment({0x44, 0x45, 0x46, 0x47, 0x48, 0x49, 0x50, 0x51});
+        runtime.SetShmAccessor(&live);
+        runtime.SetChargerKind(kDcCharger);
+        runtime.m_portCount = 2;
+    }
+
+    // Drains one message per call, as the loop does, until `count` calls are made.
+    void Drain(int count) {
+        for (int i = 0; i < count; ++i) runtime.DrainOutbound();
+    }
+
+    CLiveValues live;
+    CTestRuntime runtime;
+};
