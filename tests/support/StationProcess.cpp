@@ -44,7 +44,8 @@ void Redirect(const std::string& path, int descriptor) {
     setenv("LD_PRELOAD", ZOR_TEST_CLOCK, 1);
     setenv(kClockSocket, std::to_string(socket).c_str(), 1);
     // The clock is loaded ahead of the sanitizer on purpose; freed blocks held back would look like growth.
-    setenv("ASAN_OPTIONS", "verify_asan_link_order=0:quarantine_size_mb=1", 1);
+    setenv("ASAN_OPTIONS", "verify_asan_link_order=0:quarantine_size_mb=0:thread_local_quarantine_size_kb=0",
+           1);
     execl(ZOR_TEST_PROGRAM, ZOR_TEST_PROGRAM, nullptr);
     _exit(127);
 }

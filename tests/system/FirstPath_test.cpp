@@ -1,19 +1,194 @@
-// From the start of the process to its first messages.
+// The real program, from its start to its first messages.
 #include <gmock/gmock.h>
+#include <sys/msg.h>
+#include <sys/shm.h>
 
+#include <filesystem>
+#include <random>
+#include <regex>
+
+#include "System/AppFiles.h"
 #include "tests/support/StationProcess.h"
 #include "tests/support/TestRuntime.h"
 
 namespace {
-class CFirstPath : public testing::Test {
-  protected:
-    CFirstPath() { CleanStation(); }
-    CStationProcess station;
-};
 
-TEST_F(CFirstPath, Starts) {
-    MakeConfig(2);
-    station.RunPasses(6);
-    EXPECT_THAT(station.TakeOutput(), testing::HasSubstr("with 2 port"));
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+const std::string kRule = std::string(60, '*') + "\n";
+const std::string kName = "*               Process Name    : zor_runtime              *\n";
+const std::string kQueueMade = Line("CRuntimeData", "runtime:IPC Creater Succuess 104!\n");
+const std::string kLost = Line("MsgSndToMain", "send failed 002!");
+
+class CStation : public testing::Test {
+  protected:
+    CStation() {
+        CleanStation();
+        MakeConfig(2);
+    }
+    ~CStation() override { CleanStation(); }
+
+    // Output since the last call: source lines masked, build date and time set to something known.
+    std::string Output() {
+        static const std::regex date("Compile Date    : \\w{3} [ 0-9]{2} \\d{4} \\d\\d:\\d\\d:\\d\\d ");
+        return std::regex_replace(Masked(process.TakeOutput()), date,
+                                  "Compile Date    : Aug 30 2023 10:44:12 ");
+    }
+
+    CStationProcess process;
+};
+using FirstPath = CStation;
+using Trouble = CStation;
+
+std::string A1_14(int port, int code) {
+    return "16 00 86 d6 00 00 51 50 49 48 47 46 45 44 0" + std::to_string(port) + " 01 00 e8 03 00 0" +
+           std::to_string(code) + " 00 00 01";
 }
+
+std::string Banner(int ports) {
+    return "*               Process Version : V3.00  with " + std::to_string(ports) +
+           " port       *\n*               Compile Date    : Aug 30 2023 10:44:12     *\n" + kRule;
+}
+
+std::string ConfigLine(const std::string& text) {
+    return Line("GetPort", text);
+}
+
+TEST_F(FirstPath, StartUpLines) {
+    process.RunPasses(1);
+    EXPECT_EQ(kQueueMade + kRule + kName +
+                  ConfigLine("You have opened a sqlite3 database named zorconfig.db successfully!") +
+                  ConfigLine("station=bench") + ConfigLine("chargport_number=2") + Banner(2),
+              Output());
+    EXPECT_EQ("", process.Errors());
+    process.RunPasses(20);
+    EXPECT_EQ("", Output());
+    EXPECT_EQ(0U, Waiting());
+}
+
+TEST_F(FirstPath, SettingsToPortStates) {
+    CLiveValues live;
+    live.SetEquipment({0x44, 0x45, 0x46, 0x47, 0x48, 0x49, 0x50, 0x51});
+    live.SetGunState(2, 1);
+    SendFrame(SettingsFrame());
+    process.RunPasses(5);
+    EXPECT_EQ(1U, Waiting());
+    process.RunPasses(1);
+    EXPECT_EQ(0U, Waiting());  // polled on the sixth pass, acted on from the next
+    EXPECT_THAT(Output(), testing::EndsWith(Line("MsgRcvFromMain", "m_sendflag:1\n")));
+
+    process.RunPasses(1);  // both states are posted, one message leaves per pass
+    const std::vector<Received> first = ReadAll();
+    ASSERT_EQ(1U, first.size());
+    EXPECT_EQ(process.Pid(), first[0].sender);
+    EXPECT_EQ(A1_14(1, 2), ToHex(first[0].frame));
+    process.RunPasses(1);
+    EXPECT_THAT(ReadFrames(), ElementsAre(A1_14(2, 3)));
+    const std::string dump = Line("Send_DC_A1_14", "msgcode: 34518 data:");
+    EXPECT_EQ(dump + "01 01 00 e8 03 00 02 00 00 \n" + dump + "02 01 00 e8 03 00 03 00 00 \n", Output());
+
+    live.SetSignal(99, 1);
+    process.RunPasses(2);
+    EXPECT_THAT(ReadFrames(), ElementsAre(A1_14(1, 1)));
+    SendFrame(SettingsFrame({999}));
+    process.RunPasses(6);
+    live.SetSignal(99, 0);
+    process.RunPasses(6);
+    EXPECT_THAT(ReadFrames(), IsEmpty());
+    EXPECT_EQ(CStationProcess::kStart + 2, process.Time());
+}
+
+TEST_F(FirstPath, RandomCommandsAreSurvived) {
+    std::mt19937 random(2);
+    for (int i = 0; i < 10000; ++i) {
+        Bytes text(random() % 2053);
+        for (std::uint8_t& byte : text) byte = static_cast<std::uint8_t>(random());
+        while (!SendText(text)) process.RunPasses(6);
+    }
+    while (Waiting() > ReadAll().size()) process.RunPasses(60);
+    Output();
+    SendFrame(SettingsFrame());
+    process.RunPasses(8);
+    EXPECT_THAT(Output(), HasSubstr(Line("MsgRcvFromMain", "m_sendflag:1\n")));
+    EXPECT_EQ(2U, ReadAll().size());
+}
+
+TEST_F(Trouble, FullQueueCostsMessagesOnly) {
+    CLiveValues live;
+    SendFrame(SettingsFrame());
+    process.RunPasses(6);
+    Output();
+    LimitQueue(16384);
+    int gun = 0;
+    const auto changeOnEveryPass = [&](int passes) {
+        for (int i = 0; i < passes; ++i) {
+            live.SetGunState(1, static_cast<std::uint8_t>(gun = 1 - gun));
+            process.RunPasses(1);
+        }
+    };
+    changeOnEveryPass(2000);
+    Output();
+    const long before = process.ResidentKb();
+    changeOnEveryPass(10000);
+    EXPECT_LE(process.ResidentKb(), before + 64);
+    const std::string output = Output();
+    std::size_t lost = 0;
+    for (std::size_t at = 0; (at = output.find(kLost, at)) != std::string::npos; ++at) ++lost;
+    EXPECT_EQ(10000U, lost);
+    EXPECT_EQ(7U, ReadAll().size());
+    changeOnEveryPass(3);
+    EXPECT_EQ(3U, ReadAll().size());
+}
+
+TEST_F(Trouble, NoQueue) {
+    process.FailMsgget(ENOSPC);
+    process.RunPasses(1);
+    EXPECT_THAT(Output(), StartsWith(kRule));
+    process.RunPasses(20);
+    EXPECT_EQ("", Output());
+    EXPECT_THAT(process.Errors(),
+                testing::MatchesRegex("open msg 1234 failed.\n"
+                                      "zor_runtime: cannot read from queue 0x1234: [^\n]*\n"));
+}
+
+TEST_F(Trouble, NoSharedMemory) {
+    shmget(CShmLayout::kKey, 4096, IPC_CREAT | 0660);
+    SendFrame(SettingsFrame());
+    process.RunPasses(8);
+    EXPECT_EQ("libcshm: segment 0x5A53: too small\n", process.Errors());
+    const std::string zeros = "16 00 86 d6 00 00 00 00 00 00 00 00 00 00 0";
+    EXPECT_THAT(ReadFrames(),
+                ElementsAre(zeros + "1 01 00 e8 03 00 02 00 00 01", zeros + "2 01 00 e8 03 00 02 00 00 01"));
+}
+
+TEST_F(Trouble, ConfigurationThatCannotBeRead) {
+    const std::function<void()> makers[] = {
+        [] {},
+        [] { WriteText(AppFile(kConfigFile), "no database at all, but long enough to be looked at twice"); },
+        [] { RunSql(AppFile(kConfigFile), "CREATE TABLE tagSystem (a, b)", "XYZ.0000"); },
+    };
+    for (const std::function<void()>& make : makers) {
+        CleanStation();
+        make();
+        CStationProcess fresh;
+        fresh.RunPasses(7);
+        EXPECT_THAT(fresh.TakeOutput(), testing::AllOf(HasSubstr("read tagSystem error!: "),
+                                                       HasSubstr("V3.00  with 1 port       *")));
+    }
+}
+
+TEST_F(Trouble, ConfigurationThatCannotBeOpened) {
+    for (const bool directoryInstead : {false, true}) {
+        std::filesystem::remove_all(kAppDirectory);
+        if (directoryInstead) std::filesystem::create_directories(AppFile(kConfigFile));
+        CStationProcess fresh;
+        EXPECT_EQ(0, fresh.RunToEnd());
+        EXPECT_EQ(kQueueMade + kRule + kName, Masked(fresh.TakeOutput()));
+        EXPECT_EQ("Can't open database: unable to open database file\n", fresh.Errors());
+    }
+}
+
 }  // namespace

@@ -1,0 +1,72 @@
+#include "tests/support/FakeErrors.h"
+
+#include <dlfcn.h>
+#include <sys/msg.h>
+
+#include <atomic>
+#include <cerrno>
+#include <cstddef>
+
+namespace {
+
+int nextError = 0;
+std::atomic<std::uint64_t> allocations{0};
+
+bool Fails() {
+    if (nextError == 0) return false;
+    errno = nextError;
+    nextError = 0;
+    return true;
+}
+
+template <typename Function>
+Function* Real(const char* name) {
+    return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
+}
+
+}  // namespace
+
+void FailNextQueueCall(int error) {
+    nextError = error;
+}
+
+std::uint64_t Allocations() {
+    return allocations;
+}
+
+extern "C" {
+
+int msgget(key_t key, int flags) noexcept {
+    return Fails() ? -1 : Real<int(key_t, int)>("msgget")(key, flags);
+}
+
+int msgsnd(int id, const void* message, std::size_t size, int flags) {
+    return Fails() ? -1 : Real<int(int, const void*, std::size_t, int)>("msgsnd")(id, message, size, flags);
+}
+
+ssize_t msgrcv(int id, void* message, std::size_t size, long type, int flags) {
+    if (Fails()) return -1;
+    return Real<ssize_t(int, void*, std::size_t, long, int)>("msgrcv")(id, message, size, type, flags);
+}
+
+#ifndef __SANITIZE_ADDRESS__
+// The names under which libc keeps its own allocator.
+void* __libc_malloc(std::size_t size);                 // NOLINT(bugprone-reserved-identifier)
+void* __libc_calloc(std::size_t n, std::size_t size);  // NOLINT(bugprone-reserved-identifier)
+void* __libc_realloc(void* block, std::size_t size);   // NOLINT(bugprone-reserved-identifier)
+
+void* malloc(std::size_t size) noexcept {
+    ++allocations;
+    return __libc_malloc(size);
+}
+void* calloc(std::size_t n, std::size_t size) noexcept {
+    ++allocations;
+    return __libc_calloc(n, size);
+}
+void* realloc(void* block, std::size_t size) noexcept {
+    ++allocations;
+    return __libc_realloc(block, size);
+}
+#endif
+
+}  // extern "C"

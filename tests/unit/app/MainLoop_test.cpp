@@ -1,0 +1,26 @@
+#include "app/MainLoop.h"
+
+#include "tests/support/FakeErrors.h"
+#include "tests/support/TestRuntime.h"
+
+namespace {
+
+using MainLoop = CStationTest;
+
+TEST_F(MainLoop, QuietPassesAllocateNothing) {
+    if (!kCountsAllocations) GTEST_SKIP() << "the sanitizer's allocator is not counted";
+    std::uint8_t counter = 0;
+    runtime.m_sendflag = 1;
+    Capture([&] {
+        for (int i = 0; i < 12; ++i) RunPass(runtime, counter);
+    });
+    const std::uint64_t before = Allocations();
+    for (int i = 0; i < 1000; ++i) RunPass(runtime, counter);
+    EXPECT_EQ(before, Allocations());
+
+    live.SetGunState(1, 3);  // and the counter does count
+    Capture([&] { RunPass(runtime, counter); });
+    EXPECT_LT(before, Allocations());
+}
+
+}  // namespace
