@@ -45,6 +45,10 @@ struct Frame {
 // Frames `length` bytes of `body` under the low 16 bits of `code`; a body above kMaxBody is cut to it.
 Frame BuildFrame(std::uint32_t code, const std::uint8_t* body, std::size_t length);
 
+// The other direction: a command as zor_main sends it, whose `length` bytes of `data` begin at kFrameData.
+// Data that the frame cannot hold is cut.
+Frame BuildInboundFrame(std::uint16_t code, const std::uint8_t* data, std::size_t length);
+
 // Where the parts of a frame lie. `data` points into the frame's bytes, at kFrameData; `dataLength` is what
 // the count claims and the bytes at hand really hold.
 struct FrameParts {
