@@ -1,0 +1,28 @@
+// From the bytes of a frame to the named fields of its message.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "reports/Messages.h"
+
+struct DecodedField {
+    std::string name;
+    std::string value;
+    bool number;  // a decimal number, otherwise text
+};
+
+struct DecodedFrame {
+    std::uint16_t code = 0;
+    const MessageName* message = nullptr;  // null for a code that nobody knows
+    std::vector<DecodedField> fields;      // the port first, where the message has one
+    std::string document;                  // text of a JSON body
+    std::string undecoded;                 // the body in hexadecimal, where nothing decodes it
+    std::size_t bodyLength = 0;
+    std::string trouble;  // what is wrong with the frame or its body, empty when all is well
+};
+
+// Takes `length` bytes at `frame` for a message to zor_main; any bytes at all will do.
+DecodedFrame DecodeFrame(const std::uint8_t* frame, std::size_t length);

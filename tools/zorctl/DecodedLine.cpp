@@ -1,0 +1,78 @@
+#include "DecodedLine.h"
+
+#include <cjson/cJSON.h>
+
+#include <cstdio>
+#include <memory>
+
+#include "HexText.h"
+
+namespace {
+
+std::string TimeText(const std::timespec& time, const char* format) {
+    std::tm local{};
+    localtime_r(&time.tv_sec, &local);
+    char text[32];
+    const std::size_t length = std::strftime(text, sizeof text, format, &local);
+    char fraction[8];
+    std::snprintf(fraction, sizeof fraction, ".%03d", static_cast<int>(time.tv_nsec / 1'000'000 % 1000));
+    return std::string(text, length) + fraction;
+}
+
+std::string CodeText(std::uint16_t code) {
+    char text[16];
+    std::snprintf(text, sizeof text, "%u=0x%04x", code, code);
+    return text;
+}
+
+// What a terminal could take for a command is shown as its value.
+std::string Printable(const std::string& text) {
+    std::string out;
+    for (const char c : text) {
+        const auto byte = static_cast<std::uint8_t>(c);
+        out += byte < 0x20 || byte == 0x7F ? "\\x" + HexText(&byte, 1) : std::string(1, c);
+    }
+    return out;
+}
+
+cJSON* JsonValue(const DecodedField& field) {
+    // Numbers go in as text: 64-bit values would lose digits on the way through a double.
+    return field.number ? cJSON_CreateRaw(field.value.c_str()) : cJSON_CreateString(field.value.c_str());
+}
+
+void AddFields(cJSON* object, const DecodedFrame& decoded) {
+    if (decoded.fields.empty()) return;
+    cJSON* fields = cJSON_AddObjectToObject(object, "fields");
+    for (const DecodedField& field : decoded.fields)
+        cJSON_AddItemToObject(fields, field.name.c_str(), JsonValue(field));
+}
+
+}  // namespace
+
+std::string TextLine(const Arrival& arrival, const DecodedFrame& decoded) {
+    std::string line = TimeText(arrival.time, "%H:%M:%S") + ' ';
+    line += decoded.message != nullptr ? decoded.message->name : CodeText(decoded.code);
+    for (const DecodedField& field : decoded.fields) line += ' ' + field.name + '=' + field.value;
+    if (!decoded.document.empty()) line += ' ' + Printable(decoded.document);
+    if (decoded.fields.empty() && decoded.document.empty())
+        line += " body[" + std::to_string(decoded.bodyLength) + "]=" + decoded.undecoded;
+    if (!decoded.trouble.empty()) line += " (" + decoded.trouble + ')';
+    return line;
+}
+
+std::string JsonLine(const Arrival& arrival, const DecodedFrame& decoded) {
+    const std::unique_ptr<cJSON, void (*)(cJSON*)> owner(cJSON_CreateObject(), cJSON_Delete);
+    cJSON* object = owner.get();
+    cJSON_AddStringToObject(object, "time", TimeText(arrival.time, "%Y-%m-%dT%H:%M:%S").c_str());
+    if (decoded.message != nullptr) cJSON_AddStringToObject(object, "message", decoded.message->name);
+    cJSON_AddNumberToObject(object, "code", decoded.code);
+    cJSON_AddNumberToObject(object, "sender", arrival.sender);
+    AddFields(object, decoded);
+    if (!decoded.document.empty())
+        cJSON_AddItemToObject(object, "document", cJSON_Parse(decoded.document.c_str()));
+    if (decoded.fields.empty() && decoded.document.empty())
+        cJSON_AddStringToObject(object, "body", decoded.undecoded.c_str());
+    if (!decoded.trouble.empty()) cJSON_AddStringToObject(object, "trouble", decoded.trouble.c_str());
+    const std::unique_ptr<char, void (*)(void*)> text(cJSON_PrintUnformatted(object), cJSON_free);
+    return text != nullptr ? text.get() : "";
+}

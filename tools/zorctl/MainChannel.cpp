@@ -1,0 +1,80 @@
+#include "MainChannel.h"
+
+#include <sys/msg.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+
+#include "Commands.h"
+
+CDeadline DeadlineIn(double seconds) {
+    if (seconds < 0) return kNever;
+    const std::chrono::duration<double> span(seconds);
+    return std::chrono::steady_clock::now() +
+           std::chrono::duration_cast<std::chrono::steady_clock::duration>(span);
+}
+
+bool HasPassed(CDeadline deadline) {
+    return std::chrono::steady_clock::now() >= deadline;
+}
+
+CStopSignals::CStopSignals() {
+    sigemptyset(&m_signals);
+    sigaddset(&m_signals, SIGINT);
+    sigaddset(&m_signals, SIGTERM);
+    sigprocmask(SIG_BLOCK, &m_signals, &m_before);
+}
+
+CStopSignals::~CStopSignals() {
+    sigprocmask(SIG_SETMASK, &m_before, nullptr);
+}
+
+bool CStopSignals::Pause() {
+    constexpr timespec kMoment{0, 10'000'000};
+    if (!m_stopped && sigtimedwait(&m_signals, nullptr, &kMoment) > 0) m_stopped = true;
+    return m_stopped;
+}
+
+bool CMainChannel::Open(CDeadline deadline, CStopSignals& stop) {
+    bool told = false;
+    while ((m_queue = msgget(kQueueKey, 0)) < 0) {
+        const int error = errno;
+        if (error == ENOENT && !HasPassed(deadline) && !told) {
+            Complain("waiting for queue 0x%X", static_cast<unsigned>(kQueueKey));
+            told = true;
+        }
+        if (error == ENOENT && !HasPassed(deadline) && !stop.Pause()) continue;
+        Complain("queue 0x%X: %s", static_cast<unsigned>(kQueueKey),
+                 error == ENOENT ? "not there; is zor_runtime running?" : std::strerror(error));
+        return false;
+    }
+    return true;
+}
+
+int CMainChannel::Receive(SysVMessage& message, std::size_t& length) {
+    const ssize_t got = msgrcv(m_queue, &message, sizeof message.text, kTypeToMain, IPC_NOWAIT | MSG_NOERROR);
+    if (got >= 0) {
+        length = static_cast<std::size_t>(got);
+        return 1;
+    }
+    if (errno == ENOMSG || errno == EINTR) return 0;
+    Complain("queue 0x%X: %s", static_cast<unsigned>(kQueueKey), std::strerror(errno));
+    return -1;
+}
+
+bool CMainChannel::Send(const Frame& frame, CDeadline deadline, CStopSignals& stop) {
+    SysVMessage message{};
+    message.type = kTypeFromMain;
+    const auto sender = static_cast<std::int32_t>(getpid());
+    std::memcpy(message.text, &sender, kProcessIdSize);
+    std::memcpy(message.Frame(), frame.bytes.data(), frame.length);
+    while (msgsnd(m_queue, &message, sizeof message.text, IPC_NOWAIT) != 0) {
+        const int error = errno;
+        const bool full = error == EAGAIN || error == EINTR;
+        if (full && !HasPassed(deadline) && !stop.Pause()) continue;
+        Complain("queue 0x%X: %s", static_cast<unsigned>(kQueueKey), full ? "full" : std::strerror(error));
+        return false;
+    }
+    return true;
+}

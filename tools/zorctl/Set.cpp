@@ -1,0 +1,157 @@
+// zorctl set: live values, as the acquisition side writes them.
+#include <CLI/CLI.hpp>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "BenchShm.h"
+#include "Commands.h"
+#include "HexText.h"
+#include "LivePlace.h"
+
+namespace {
+
+EExit NoEntry(const std::string& what) {
+    return Complain("%s: the shared memory has no such entry", what.c_str());
+}
+
+EExit Written(bool written, const char* table, int index) {
+    return written ? EExit::Done : NoEntry(std::string(table) + ' ' + std::to_string(index));
+}
+
+CLI::Option* AddByte(CLI::App& command, const char* name, int& value, const char* help) {
+    return command.add_option(name, value, help)->required()->check(CLI::Range(0, 255));
+}
+
+// A hexadecimal text of `least` to `most` bytes.
+CLI::Validator HexBytes(std::size_t least, std::size_t most) {
+    const auto check = [least, most](std::string& text) -> std::string {
+        std::vector<std::uint8_t> bytes;
+        if (ParseHex(text, bytes) && bytes.size() >= least && bytes.size() <= most) return "";
+        const std::string range =
+            least == most ? std::to_string(most) : std::to_string(least) + " to " + std::to_string(most);
+        return "expected hexadecimal digits for " + range + " bytes: " + text;
+    };
+    return CLI::Validator(check, "HEX");
+}
+
+void AddSetSignal(CLI::App& parent, const char* name, ELiveTable table, const char* help, EExit& result) {
+    struct Options {
+        LivePlace place;
+        int state = 0;
+    };
+    auto options = std::make_shared<Options>();
+    CLI::App* command = parent.add_subcommand(name, help);
+    AddPlace(*command, options->place, true);
+    AddByte(*command, "STATE", options->state, "0 is off");
+    command->callback([options, name, table, &result] {
+        const int index = options->place.Index();
+        result = Written(CBenchShm().SetState(table, index, static_cast<std::uint8_t>(options->state)), name,
+                         index);
+    });
+}
+
+struct YcOptions {
+    LivePlace place;
+    std::int64_t raw = 0;
+    float coefficient = 1.0F;
+    std::string text;
+    std::string hex;
+};
+
+LiveArea AreaFrom(const YcOptions& options) {
+    std::vector<std::uint8_t> bytes(options.text.begin(), options.text.end());
+    ParseHex(options.hex, bytes);
+    LiveArea area{};
+    std::copy_n(bytes.begin(), std::min(bytes.size(), area.size()), area.begin());
+    return area;
+}
+
+void AddSetYc(CLI::App& parent, EExit& result) {
+    auto options = std::make_shared<YcOptions>();
+    CLI::App* command =
+        parent.add_subcommand("yc", "A telemetry point: raw value, coefficient, free-form area");
+    AddPlace(*command, options->place, true);
+    CLI::Option_group* values = command->add_option_group("values");
+    values->require_option(1, 0);
+    const auto* raw = values->add_option("--raw", options->raw, "Raw value; a negative one wraps to 32 bits")
+                          ->check(CLI::Range(std::int64_t{INT32_MIN}, std::int64_t{UINT32_MAX}));
+    const auto* coefficient =
+        values->add_option("--coefficient", options->coefficient, "What the raw value is times");
+    auto* text = values->add_option("--text", options->text, "Text of the area, the rest of it zeros")
+                     ->check([](const std::string& given) {
+                         return given.size() <= kEntryAreaSize ? "" : "longer than the area of 40 bytes";
+                     });
+    const auto* hex = values->add_option("--hex", options->hex, "Bytes of the area, the rest of it zeros")
+                          ->check(HexBytes(0, kEntryAreaSize))
+                          ->excludes(text);
+    command->callback([options, raw, coefficient, text, hex, &result] {
+        YcChange change;
+        if (raw->count() > 0) change.raw = static_cast<std::uint32_t>(options->raw);
+        if (coefficient->count() > 0) change.coefficient = options->coefficient;
+        if (text->count() + hex->count() > 0) change.area = AreaFrom(*options);
+        const int index = options->place.Index();
+        result = Written(CBenchShm().SetYc(index, change), "yc", index);
+    });
+}
+
+void AddSetDd(CLI::App& parent, EExit& result) {
+    struct Options {
+        LivePlace place;
+        std::uint64_t value = 0;
+    };
+    auto options = std::make_shared<Options>();
+    CLI::App* command = parent.add_subcommand("dd", "An energy counter");
+    AddPlace(*command, options->place, false);
+    command->add_option("VALUE", options->value, "In units of 1/10000")->required();
+    command->callback([options, &result] {
+        const int index = options->place.Index();
+        result = Written(CBenchShm().SetDd(index, options->value), "dd", index);
+    });
+}
+
+void AddSetGun(CLI::App& parent, EExit& result) {
+    struct Options {
+        int port = 0;
+        int state = 0;
+    };
+    auto options = std::make_shared<Options>();
+    CLI::App* command = parent.add_subcommand("gun", "The gun state of a port");
+    command->add_option("PORT", options->port, "Port; 0 and 1 share an entry")
+        ->required()
+        ->check(CLI::Range(0, kMaxPorts));
+    AddByte(*command, "STATE", options->state, "Gun state");
+    command->callback([options, &result] {
+        result = Written(CBenchShm().SetGun(options->port, static_cast<std::uint8_t>(options->state)), "gun",
+                         options->port);
+    });
+}
+
+void AddSetEquipment(CLI::App& parent, EExit& result) {
+    auto digits = std::make_shared<std::string>();
+    CLI::App* command = parent.add_subcommand("equipment", "The station's equipment number");
+    command->add_option("NUMBER", *digits, "16 hexadecimal digits, in the order in which they are stored")
+        ->required()
+        ->check(HexBytes(kEquipmentSize, kEquipmentSize));
+    command->callback([digits, &result] {
+        std::vector<std::uint8_t> bytes;
+        ParseHex(*digits, bytes);
+        std::array<std::uint8_t, kEquipmentSize> number{};
+        std::copy_n(bytes.begin(), number.size(), number.begin());
+        result = CBenchShm().SetEquipment(number) ? EExit::Done : NoEntry("equipment");
+    });
+}
+
+}  // namespace
+
+void AddSet(CLI::App& parent, EExit& result) {
+    CLI::App* set =
+        parent.add_subcommand("set", "Write a live value; creates the shared memory if it is missing");
+    set->require_subcommand(1);
+    AddSetSignal(*set, "yx", ELiveTable::Yx, "A status point", result);
+    AddSetSignal(*set, "yx2", ELiveTable::Yx2, "A status point of the second table", result);
+    AddSetYc(*set, result);
+    AddSetDd(*set, result);
+    AddSetGun(*set, result);
+    AddSetEquipment(*set, result);
+}

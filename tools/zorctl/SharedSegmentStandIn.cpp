@@ -1,0 +1,8 @@
+#include <cshm.h>
+#include <sys/shm.h>
+
+#include "SharedSegment.h"
+
+bool SharedSegmentExists() {
+    return shmget(CShmLayout::kKey, 0, 0) >= 0;
+}

@@ -1,0 +1,7 @@
+#include "SharedSegment.h"
+
+// On a unit the segment belongs to the acquisition processes, and where it lies is the closed library's
+// secret.
+bool SharedSegmentExists() {
+    return true;
+}

@@ -1,0 +1,44 @@
+#include <CLI/CLI.hpp>
+#include <cstdarg>
+#include <cstdio>
+
+#include "Commands.h"
+
+namespace {
+
+void AddCommands(CLI::App& app, EExit& result) {
+    app.require_subcommand(1);
+    app.set_version_flag("--version", ZOR_VERSION);
+    AddInit(app, result);
+    AddSet(app, result);
+    AddGet(app, result);
+    CLI::App* peer = app.add_subcommand("main", "Play zor_main: read messages, send commands");
+    peer->require_subcommand(1);
+    AddMainListen(*peer, result);
+    AddMainSettings(*peer, result);
+}
+
+}  // namespace
+
+int RunZorctl(int argc, const char* const* argv) {
+    CLI::App app("Bench tool for zor_runtime: stands in for everything around the process", "zorctl");
+    EExit result = EExit::Done;
+    AddCommands(app, result);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        // Asking for help or the version also ends parsing this way, with 0.
+        return app.exit(error) == 0 ? static_cast<int>(EExit::Done) : static_cast<int>(EExit::WrongUse);
+    }
+    return static_cast<int>(result);
+}
+
+EExit Complain(const char* format, ...) {
+    std::fputs("zorctl: ", stderr);
+    va_list arguments;
+    va_start(arguments, format);
+    std::vfprintf(stderr, format, arguments);
+    va_end(arguments);
+    std::fputc('\n', stderr);
+    return EExit::Failed;
+}
