@@ -37,6 +37,9 @@ class CSqliteDb {
     // Text of the last failed Exec, never null.
     const char* Error() const { return m_error != nullptr ? m_error : "unknown error"; }
 
+    // For what has no operation here; null while nothing is open.
+    sqlite3* Handle() const { return m_handle; }
+
     bool IsOpen() const { return m_handle != nullptr; }
     // True between a transaction's begin and its end; a full disk, for one, ends it unasked.
     bool InTransaction() const { return IsOpen() && sqlite3_get_autocommit(m_handle) == 0; }
