@@ -246,6 +246,7 @@ class CRuntimeData {
     CMyIPC m_ipc;
     CLinuxMsgQueue* m_outboundQueue = nullptr;  // app; never deleted, null when the System V queue is missing
     CFailureLog m_failures;
-    EventWalk m_walk;         // events
-    std::string m_eventText;  // events: working text, with room for any event
+    std::uint32_t m_signalGeneration = 1;  // events: moves on with every change of a status point
+    EventWalk m_walk;                      // events
+    std::string m_eventText;               // events: working text, with room for any event
 };

@@ -11,6 +11,7 @@ void CRuntimeData::DetectStatusChanges() {
         if (!m_shm->ReadSignal(point.source, point.pointNumber, state)) break;
         point.current = state;
         if (state == point.previous) continue;
+        ++m_signalGeneration;
         // Every increase is a rise; a decrease counts only where it reaches 0.
         if (state > point.previous)
             RecordChange({&point, state, true});

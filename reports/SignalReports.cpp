@@ -39,9 +39,10 @@ void CRuntimeData::Send_DC_A1_13(int port) {
 }
 
 void CRuntimeData::Send_DC_A1_11(int port) {
+    PortSignals& signals = Port(port).signals;
+    if (signals.changesSettled == m_signalGeneration) return;
     CListBody body(kChangesLayout);
     PutOrigin(body, *m_shm, port);
-    PortSignals& signals = Port(port).signals;
     FaultSummaries faults;
     for (const SelectedPoint& point : signals.points) {
         faults.Take(point);
@@ -55,7 +56,10 @@ void CRuntimeData::Send_DC_A1_11(int port) {
         PutField(entry, kChangesEntry[1], value);
         last = value;
     }
-    if (body.Entries() == 0) return;
+    if (body.Entries() == 0) {
+        signals.changesSettled = m_signalGeneration;
+        return;
+    }
     PutField(body.Head(), kChangesFaultA, faults.a);
     PutField(body.Head(), kChangesFaultB, faults.b);
     const std::uint32_t length = body.Finish();
@@ -64,9 +68,10 @@ void CRuntimeData::Send_DC_A1_11(int port) {
 }
 
 void CRuntimeData::Send_DC_A1_15(int port) {
+    PortSignals& signals = Port(port).signals;
+    if (signals.gunSettled == m_signalGeneration) return;
     CListBody body(kGunLayout);
     PutOrigin(body, *m_shm, port);
-    PortSignals& signals = Port(port).signals;
     for (const GunPoint& point : signals.gunPoints) {
         const std::uint8_t value = point.record->current;
         std::uint8_t& last = signals.lastGun[point.signal];
@@ -78,7 +83,10 @@ void CRuntimeData::Send_DC_A1_15(int port) {
         PutField(entry, kGunValue, value);
         last = value;
     }
-    if (body.Entries() == 0) return;
+    if (body.Entries() == 0) {
+        signals.gunSettled = m_signalGeneration;
+        return;
+    }
     const std::uint32_t length = body.Finish();
     body.Head()[length - 1] = kGunClosing;
     PostMsg(kCodeA1_15, body.Data(), length);
