@@ -1,4 +1,4 @@
-#include "BenchShm.h"
+#include "tools/zorctl/BenchShm.h"
 
 #include <cstring>
 

@@ -1,4 +1,4 @@
-#include "Bodies.h"
+#include "tools/zorctl/Bodies.h"
 
 #include <cjson/cJSON.h>
 
@@ -6,10 +6,10 @@
 #include <iterator>
 #include <memory>
 
-#include "HexText.h"
 #include "System/Numbers.h"
 #include "reports/BodyField.h"
 #include "reports/PortState.h"
+#include "tools/zorctl/HexText.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <string>
 
-#include "Decode.h"
+#include "tools/zorctl/Decode.h"
 
 // Fills the fields or the document of `decoded` from `length` bytes at `body`. False, with no field added,
 // where the code has no decoder or the body is not what it expects; `trouble` then says what is wrong with

@@ -1,4 +1,4 @@
-#include "DatabaseDraft.h"
+#include "tools/zorctl/DatabaseDraft.h"
 
 #include <cerrno>
 #include <cstdio>

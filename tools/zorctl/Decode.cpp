@@ -1,12 +1,12 @@
-#include "Decode.h"
+#include "tools/zorctl/Decode.h"
 
 #include <algorithm>
 #include <cstring>
 #include <iterator>
 
-#include "Bodies.h"
-#include "HexText.h"
 #include "ipc/Frame.h"
+#include "tools/zorctl/Bodies.h"
+#include "tools/zorctl/HexText.h"
 
 namespace {
 

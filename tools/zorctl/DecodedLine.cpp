@@ -1,11 +1,11 @@
-#include "DecodedLine.h"
+#include "tools/zorctl/DecodedLine.h"
 
 #include <cjson/cJSON.h>
 
 #include <cstdio>
 #include <memory>
 
-#include "HexText.h"
+#include "tools/zorctl/HexText.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <ctime>
 #include <string>
 
-#include "Decode.h"
+#include "tools/zorctl/Decode.h"
 
 struct Arrival {
     std::timespec time;   // wall clock

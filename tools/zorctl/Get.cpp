@@ -7,11 +7,11 @@
 #include <memory>
 #include <string>
 
-#include "BenchShm.h"
-#include "Commands.h"
-#include "HexText.h"
-#include "LivePlace.h"
-#include "SharedSegment.h"
+#include "tools/zorctl/BenchShm.h"
+#include "tools/zorctl/Commands.h"
+#include "tools/zorctl/HexText.h"
+#include "tools/zorctl/LivePlace.h"
+#include "tools/zorctl/SharedSegment.h"
 
 namespace {
 

@@ -6,10 +6,10 @@
 #include <string>
 #include <system_error>
 
-#include "Commands.h"
-#include "StationFiles.h"
 #include "System/AppFiles.h"
 #include "points/PortNumbering.h"
+#include "tools/zorctl/Commands.h"
+#include "tools/zorctl/StationFiles.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "MainChannel.h"
+#include "tools/zorctl/MainChannel.h"
 
 #include <sys/msg.h>
 #include <unistd.h>
@@ -6,7 +6,7 @@
 #include <cerrno>
 #include <cstring>
 
-#include "Commands.h"
+#include "tools/zorctl/Commands.h"
 
 CDeadline DeadlineIn(double seconds) {
     if (seconds < 0) return kNever;
@@ -37,12 +37,12 @@ bool CStopSignals::Pause() {
 }
 
 bool CMainChannel::Open(CDeadline deadline, CStopSignals& stop) {
-    bool told = false;
+    CDeadline notice = DeadlineIn(0.5);  // a queue that is about to come is not worth a line
     while ((m_queue = msgget(kQueueKey, 0)) < 0) {
         const int error = errno;
-        if (error == ENOENT && !HasPassed(deadline) && !told) {
+        if (error == ENOENT && HasPassed(notice)) {
             Complain("waiting for queue 0x%X", static_cast<unsigned>(kQueueKey));
-            told = true;
+            notice = kNever;
         }
         if (error == ENOENT && !HasPassed(deadline) && !stop.Pause()) continue;
         Complain("queue 0x%X: %s", static_cast<unsigned>(kQueueKey),

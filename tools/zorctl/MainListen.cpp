@@ -5,9 +5,9 @@
 #include <ctime>
 #include <memory>
 
-#include "Commands.h"
-#include "DecodedLine.h"
-#include "MainChannel.h"
+#include "tools/zorctl/Commands.h"
+#include "tools/zorctl/DecodedLine.h"
+#include "tools/zorctl/MainChannel.h"
 
 namespace {
 

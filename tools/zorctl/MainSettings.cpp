@@ -2,9 +2,9 @@
 #include <CLI/CLI.hpp>
 #include <memory>
 
-#include "Commands.h"
-#include "MainChannel.h"
-#include "SettingsFrame.h"
+#include "tools/zorctl/Commands.h"
+#include "tools/zorctl/MainChannel.h"
+#include "tools/zorctl/SettingsFrame.h"
 
 namespace {
 

@@ -4,10 +4,10 @@
 #include <string>
 #include <vector>
 
-#include "BenchShm.h"
-#include "Commands.h"
-#include "HexText.h"
-#include "LivePlace.h"
+#include "tools/zorctl/BenchShm.h"
+#include "tools/zorctl/Commands.h"
+#include "tools/zorctl/HexText.h"
+#include "tools/zorctl/LivePlace.h"
 
 namespace {
 

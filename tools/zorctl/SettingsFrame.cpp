@@ -1,4 +1,4 @@
-#include "SettingsFrame.h"
+#include "tools/zorctl/SettingsFrame.h"
 
 #include "System/Numbers.h"
 #include "ipc/SettingsCommand.h"

@@ -1,7 +1,7 @@
 #include <cshm.h>
 #include <sys/shm.h>
 
-#include "SharedSegment.h"
+#include "tools/zorctl/SharedSegment.h"
 
 bool SharedSegmentExists() {
     return shmget(CShmLayout::kKey, 0, 0) >= 0;

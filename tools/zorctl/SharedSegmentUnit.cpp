@@ -1,4 +1,4 @@
-#include "SharedSegment.h"
+#include "tools/zorctl/SharedSegment.h"
 
 // On a unit the segment belongs to the acquisition processes, and where it lies is the closed library's
 // secret.

@@ -1,9 +1,9 @@
-#include "StationFiles.h"
+#include "tools/zorctl/StationFiles.h"
 
-#include "DatabaseDraft.h"
-#include "StationPoints.h"
 #include "app/ConfigDatabase.h"
 #include "points/PortNumbering.h"
+#include "tools/zorctl/DatabaseDraft.h"
+#include "tools/zorctl/StationPoints.h"
 
 namespace {
 

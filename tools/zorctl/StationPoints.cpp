@@ -1,4 +1,4 @@
-#include "StationPoints.h"
+#include "tools/zorctl/StationPoints.h"
 
 #include <iterator>
 

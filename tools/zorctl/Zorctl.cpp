@@ -2,7 +2,7 @@
 #include <cstdarg>
 #include <cstdio>
 
-#include "Commands.h"
+#include "tools/zorctl/Commands.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "Commands.h"
+#include "tools/zorctl/Commands.h"
 
 int main(int argc, char** argv) {
     return RunZorctl(argc, argv);
