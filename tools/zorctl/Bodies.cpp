@@ -7,8 +7,11 @@
 #include <memory>
 
 #include "System/Numbers.h"
+#include "history/ChargingRecord.h"
 #include "reports/BodyField.h"
+#include "reports/ChargingStatus.h"
 #include "reports/PortState.h"
+#include "reports/SignalBodies.h"
 #include "tools/zorctl/HexText.h"
 
 namespace {
@@ -16,25 +19,16 @@ namespace {
 constexpr char kPort[] = "port";
 constexpr std::size_t kWidestNumber = 8;  // bytes
 
-// `bytes` as the field means them.
-DecodedField Show(const BodyField& field, const std::uint8_t* bytes) {
-    std::vector<std::uint8_t> turned(field.size);
-    CopyReversed(turned.data(), bytes, field.size);
-    switch (field.show) {
-        case EShow::Number:
-            if (field.size <= kWidestNumber)
-                return {field.name, std::to_string(GetLe(bytes, field.size)), true};
-            break;
-        case EShow::BigEndian:
-            if (field.size <= kWidestNumber)
-                return {field.name, std::to_string(GetLe(turned.data(), field.size)), true};
-            break;
-        case EShow::Reversed:
-            return {field.name, HexText(turned.data(), field.size), false};
-        case EShow::Fixed:
-            break;
+// What the field holds of the body, entry or area at `base`.
+DecodedField Show(const BodyField& field, const std::uint8_t* base) {
+    const std::uint8_t* bytes = base + field.offset;
+    if (field.show == EShow::Reversed) {
+        std::vector<std::uint8_t> turned(field.size);
+        CopyReversed(turned.data(), bytes, field.size);
+        return {field.name, HexText(turned.data(), turned.size()), false};
     }
-    return {field.name, HexText(bytes, field.size), false};
+    if (field.size > kWidestNumber) return {field.name, HexText(bytes, field.size), false};
+    return {field.name, std::to_string(GetField(base, field)), true};
 }
 
 // The port leads every line, wherever the body has it.
@@ -43,16 +37,49 @@ void Add(DecodedFrame& decoded, DecodedField field) {
     decoded.fields.insert(place, std::move(field));
 }
 
+std::string LengthTrouble(std::size_t length, const std::string& expected) {
+    return "body of " + std::to_string(length) + " bytes, " + expected + " expected";
+}
+
 // Decodes a body of fixed length by the table that its encoder uses.
 template <const auto& kTable>
 bool DecodeFixed(const std::uint8_t* body, std::size_t length, DecodedFrame& decoded, std::string& trouble) {
     const BodyField& last = std::prev(std::end(kTable))->at;
     const std::size_t expected = static_cast<std::size_t>(last.offset) + last.size;
-    if (length != expected)
-        trouble = "body of " + std::to_string(length) + " bytes, " + std::to_string(expected) + " expected";
+    if (length != expected) trouble = LengthTrouble(length, std::to_string(expected));
     if (length < expected) return false;
     for (const auto& field : kTable)
-        if (field.at.name != nullptr) Add(decoded, Show(field.at, body + field.at.offset));
+        if (field.at.name != nullptr) Add(decoded, Show(field.at, body));
+    return true;
+}
+
+// As DecodeFixed; a record without a body says that there is none for the time that was asked for.
+bool DecodeRecord(const std::uint8_t* body, std::size_t length, DecodedFrame& decoded, std::string& trouble) {
+    return length > 0 && DecodeFixed<kRecordFields>(body, length, decoded, trouble);
+}
+
+// True when `length` bytes at `body` are as many entries as its count says.
+bool FitsList(const ListBodyLayout& layout, const std::uint8_t* body, std::size_t length) {
+    const std::size_t around = static_cast<std::size_t>(layout.headSize) + layout.tailSize;
+    if (length < around || (length - around) % layout.entrySize != 0) return false;
+    const std::uint64_t entries = (length - around) / layout.entrySize;
+    const std::uint64_t counted = std::uint64_t{1} << (8 * layout.count.size);  // the count wraps there
+    return GetField(body, layout.count) == entries % counted;
+}
+
+// Decodes a head, entries of one size, and what closes the body.
+template <const auto& kLayout, const auto& kHead, const auto& kEntry>
+bool DecodeList(const std::uint8_t* body, std::size_t length, DecodedFrame& decoded, std::string& trouble) {
+    if (!FitsList(kLayout, body, length)) {
+        trouble = LengthTrouble(length, "a length that fits the count");
+        return false;
+    }
+    for (const auto& field : kHead) Add(decoded, Show(field, body));
+    decoded.isList = true;
+    for (std::size_t at = kLayout.headSize; at + kLayout.tailSize < length; at += kLayout.entrySize) {
+        decoded.entries.emplace_back();
+        for (const auto& field : kEntry) decoded.entries.back().push_back(Show(field, body + at));
+    }
     return true;
 }
 
@@ -77,10 +104,15 @@ struct BodyDecoder {
     bool (*decode)(const std::uint8_t* body, std::size_t length, DecodedFrame& decoded, std::string& trouble);
 };
 
-// One line per message that can be read field by field; all others are shown in hexadecimal.
+// One line per message; what is not here is shown in hexadecimal.
 constexpr BodyDecoder kDecoders[] = {
+    {kCodeA1_5, DecodeFixed<kChargingFields>},
     {kCodeA1_6, DecodeDocument},
+    {kCodeA1_11, DecodeList<kChangesLayout, kChangesHead, kChangesEntry>},
+    {kCodeA1_13, DecodeList<kSnapshotLayout, kSnapshotHead, kSnapshotEntry>},
     {kCodeA1_14, DecodeFixed<kPortStateFields>},
+    {kCodeA1_15, DecodeList<kGunLayout, kGunHead, kGunEntry>},
+    {kCodeA1_16, DecodeRecord},
 };
 
 }  // namespace

@@ -18,8 +18,10 @@ struct DecodedFrame {
     std::uint16_t code = 0;
     const MessageName* message = nullptr;  // null for a code that nobody knows
     std::vector<DecodedField> fields;      // the port first, where the message has one
-    std::string document;                  // text of a JSON body
-    std::string undecoded;                 // the body in hexadecimal, where nothing decodes it
+    bool isList = false;                   // the body is a list, perhaps an empty one
+    std::vector<std::vector<DecodedField>> entries;
+    std::string document;   // text of a JSON body
+    std::string undecoded;  // the body in hexadecimal, where nothing decodes it
     std::size_t bodyLength = 0;
     std::string trouble;  // what is wrong with the frame or its body, empty when all is well
 };

@@ -40,11 +40,28 @@ cJSON* JsonValue(const DecodedField& field) {
     return field.number ? cJSON_CreateRaw(field.value.c_str()) : cJSON_CreateString(field.value.c_str());
 }
 
-void AddFields(cJSON* object, const DecodedFrame& decoded) {
-    if (decoded.fields.empty()) return;
-    cJSON* fields = cJSON_AddObjectToObject(object, "fields");
-    for (const DecodedField& field : decoded.fields)
-        cJSON_AddItemToObject(fields, field.name.c_str(), JsonValue(field));
+void AddFields(cJSON* object, const std::vector<DecodedField>& fields) {
+    for (const DecodedField& field : fields)
+        cJSON_AddItemToObject(object, field.name.c_str(), JsonValue(field));
+}
+
+void AddEntries(cJSON* object, const DecodedFrame& decoded) {
+    cJSON* entries = cJSON_AddArrayToObject(object, "entries");
+    for (const auto& fields : decoded.entries) {
+        cJSON* entry = cJSON_CreateObject();
+        AddFields(entry, fields);
+        cJSON_AddItemToArray(entries, entry);
+    }
+}
+
+// The entries without the names of their fields, which every line would repeat.
+std::string EntriesText(const DecodedFrame& decoded) {
+    std::string text;
+    for (const auto& fields : decoded.entries) {
+        if (!text.empty()) text += ' ';
+        for (std::size_t i = 0; i < fields.size(); ++i) text += (i > 0 ? "=" : "") + fields[i].value;
+    }
+    return text;
 }
 
 }  // namespace
@@ -53,6 +70,7 @@ std::string TextLine(const Arrival& arrival, const DecodedFrame& decoded) {
     std::string line = TimeText(arrival.time, "%H:%M:%S") + ' ';
     line += decoded.message != nullptr ? decoded.message->name : CodeText(decoded.code);
     for (const DecodedField& field : decoded.fields) line += ' ' + field.name + '=' + field.value;
+    if (decoded.isList) line += " [" + EntriesText(decoded) + ']';
     if (!decoded.document.empty()) line += ' ' + Printable(decoded.document);
     if (decoded.fields.empty() && decoded.document.empty())
         line += " body[" + std::to_string(decoded.bodyLength) + "]=" + decoded.undecoded;
@@ -67,7 +85,8 @@ std::string JsonLine(const Arrival& arrival, const DecodedFrame& decoded) {
     if (decoded.message != nullptr) cJSON_AddStringToObject(object, "message", decoded.message->name);
     cJSON_AddNumberToObject(object, "code", decoded.code);
     cJSON_AddNumberToObject(object, "sender", arrival.sender);
-    AddFields(object, decoded);
+    if (!decoded.fields.empty()) AddFields(cJSON_AddObjectToObject(object, "fields"), decoded.fields);
+    if (decoded.isList) AddEntries(object, decoded);
     if (!decoded.document.empty())
         cJSON_AddItemToObject(object, "document", cJSON_Parse(decoded.document.c_str()));
     if (decoded.fields.empty() && decoded.document.empty())

@@ -13,9 +13,10 @@ struct Arrival {
 };
 
 // "12:00:00.123 A1_14 port=1 equipment=0102030405060708 state=3", the time local; no line break at the end.
-// What is not decoded follows as "body[N]=" and hexadecimal bytes, trouble in parentheses.
+// The entries of a list follow in brackets, "[135=1 136=0]"; what is not decoded as "body[N]=" and
+// hexadecimal bytes; trouble in parentheses.
 std::string TextLine(const Arrival& arrival, const DecodedFrame& decoded);
 
-// The same as one JSON object: time, message, code, sender, then fields, document, body and trouble as far as
-// there are such.
+// The same as one JSON object: time, message, code, sender, then fields, entries, document, body and trouble
+// as far as there are such.
 std::string JsonLine(const Arrival& arrival, const DecodedFrame& decoded);

@@ -206,7 +206,7 @@ TEST_F(ZorctlStation, ListenTakesWhatTheProcessSends) {
     Capture([&] {
         for (const int port : {1, 2}) runtime.Send_DC_A1_14(port);
     });
-    runtime.PostMsg(kCodeA1_11, "\x01\x02", 2);
+    runtime.PostMsg(kCodeA1_9, "\x01\x02", 2);
     SendFrame(SettingsFrame());  // the other direction stays where it is
     Drain(3);
 
@@ -215,7 +215,7 @@ TEST_F(ZorctlStation, ListenTakesWhatTheProcessSends) {
     EXPECT_EQ("A1_14 port=1 equipment=4445464748495051 state=2\n", untimed(one.out));
     const Outcome tooFew = Call("main listen --count 3 --seconds 0");
     EXPECT_EQ(1, tooFew.exit);
-    EXPECT_EQ("A1_14 port=2 equipment=4445464748495051 state=3\nA1_11 body[2]=01 02\n", untimed(tooFew.out));
+    EXPECT_EQ("A1_14 port=2 equipment=4445464748495051 state=3\nA1_9 body[2]=01 02\n", untimed(tooFew.out));
     EXPECT_EQ("zorctl: 2 of 3 messages came\n", tooFew.err);
     EXPECT_EQ(0, Call("main listen --seconds 0.05").exit);
     EXPECT_EQ(1UL, Waiting());

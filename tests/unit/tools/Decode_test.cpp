@@ -1,5 +1,6 @@
 #include "tools/zorctl/Decode.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "tests/support/Bytes.h"
@@ -10,7 +11,10 @@ namespace {
 // 2024-03-05 09:45:00 of the tests' local time.
 constexpr Arrival kArrival{{1709603100, 123999999}, 4711};
 
-const std::string kPortStateFrame = "16 00 86 d6 00 00 51 50 49 48 47 46 45 44 02 01 00 e8 03 00 03 00 00 01";
+// Equipment number and port 2, as a body begins.
+const std::string kHead = "51 50 49 48 47 46 45 44 02";
+
+const std::string kPortStateFrame = "16 00 86 d6 00 00 " + kHead + " 01 00 e8 03 00 03 00 00 01";
 
 std::string Text(const std::string& frame) {
     const Bytes bytes = Hex(frame);
@@ -32,7 +36,7 @@ std::string DocumentFrame(const std::string& text) {
 TEST(Decode, TextLineOfEachKindOfFrame) {
     const struct {
         std::string frame;
-        const char* line;
+        std::string line;
     } kCases[] = {
         {kPortStateFrame, "A1_14 port=2 equipment=4445464748495051 state=3"},
         // The text of a message goes on in zeros behind its frame.
@@ -42,7 +46,18 @@ TEST(Decode, TextLineOfEachKindOfFrame) {
         {DocumentFrame("{\"a\":\"\x1b[2J\"}"), R"(A1_6 {"a":"\x1b[2J"})"},
         {DocumentFrame(R"({"portNo":2)"),
          "A1_6 body[11]=7b 22 70 6f 72 74 4e 6f 22 3a 32 (body is no JSON object)"},
-        {"04 00 86 d8 00 00", "A1_16 body[0]="},
+        {"19 00 86 d5 00 00 " + kHead + " 02 00 01 00 45 23 01 07 02 00 00 00",
+         "A1_13 port=2 equipment=4445464748495051 faultA=1 faultB=0 [74565=7 2=0]"},
+        {"13 00 86 d3 00 00 " + kHead + " 00 01 01 45 23 07",
+         "A1_11 port=2 equipment=4445464748495051 faultA=0 faultB=1 [9029=7]"},
+        {"15 00 86 d7 00 00 " + kHead + " 01 00 d0 07 00 01 00 04",
+         "A1_15 port=2 equipment=4445464748495051 [208=1]"},
+        {"11 00 86 d5 00 00 " + kHead + " 00 00 00 00",
+         "A1_13 port=2 equipment=4445464748495051 faultA=0 faultB=0 []"},
+        {"13 00 86 d3 00 00 " + kHead + " 00 01 02 45 23 07",
+         "A1_11 body[15]=" + kHead +
+             " 00 01 02 45 23 07 (body of 15 bytes, a length that fits the count expected)"},
+        {"04 00 86 d8 00 00", "A1_16 body[0]="},  // no such record
         {"06 00 12 34 00 00 ab cd", "4660=0x1234 body[2]=ab cd"},
         {"05 00 86 d6 00 00 02", "A1_14 body[1]=02 (body of 1 bytes, 18 expected)"},
         {"17 00" + kPortStateFrame.substr(5) + " 07",
@@ -61,11 +76,32 @@ TEST(Decode, JsonLine) {
     EXPECT_EQ(head + R"("message":"A1_14","code":34518,"sender":4711,)"
                      R"("fields":{"port":2,"equipment":"4445464748495051","state":3}})",
               Json(kPortStateFrame));
+    EXPECT_EQ(head + R"("message":"A1_11","code":34515,"sender":4711,)"
+                     R"("fields":{"port":2,"equipment":"4445464748495051","faultA":0,"faultB":1},)"
+                     R"("entries":[{"address":9029,"value":7}]})",
+              Json("13 00 86 d3 00 00 " + kHead + " 00 01 01 45 23 07"));
     EXPECT_EQ(head + R"("message":"A1_6","code":34510,"sender":4711,)"
                      R"("fields":{"port":2},"document":{"portNo":2,"sn":7}})",
               Json(DocumentFrame(R"({"portNo":2, "sn":7})")));
     EXPECT_EQ(head + R"("code":4660,"sender":4711,"body":"ab","trouble":"bytes 4 and 5 are not zero"})",
               Json("05 00 12 34 07 00 ab"));
+}
+
+// A whole body of each table, so that a field shown twice, or past the body, is seen.
+TEST(Decode, LongBodies) {
+    const auto lineOf = [](const char* head, int size) {
+        std::string frame = head;
+        for (int i = 0; i < size; ++i) frame += i % 16 == 8 ? " 02" : " 0" + std::to_string(i % 8);
+        return Text(frame);
+    };
+    const std::string charging = lineOf("ed 00 86 cd 00 00", 233);
+    EXPECT_THAT(charging,
+                testing::StartsWith("09:45:00.123 A1_5 port=2 equipment=0706050403020100 connected=1 "));
+    EXPECT_THAT(charging, testing::HasSubstr(" yc132=131844 yc131=460293 "));  // the two byte orders
+    EXPECT_THAT(charging, testing::EndsWith(" yc143=67305985 yc144=34014725"));
+    const std::string record = lineOf("7d 00 86 d8 00 00", 121);
+    EXPECT_THAT(record, testing::StartsWith("09:45:00.123 A1_16 port=2 equipment=0706050403020100 time="));
+    EXPECT_THAT(record, testing::Not(testing::HasSubstr("(")));
 }
 
 }  // namespace
