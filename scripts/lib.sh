@@ -69,3 +69,9 @@ zor_build() {
     (cd "$ZOR_ROOT" && cmake --build --preset "$preset" --parallel "$(nproc)" ${1:+--target "$@"}) ||
         zor_fail "building preset $preset failed"
 }
+
+# zor_test PRESET [CTEST_ARGUMENT...]
+zor_test() {
+    zor_say "running the tests of preset $1"
+    (cd "$ZOR_ROOT" && ctest --preset "$1" --parallel "$(nproc)" "${@:2}")
+}

@@ -3,6 +3,7 @@
 #include <sys/ipc.h>
 #include <sys/shm.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <cstdio>
@@ -53,7 +54,7 @@ unsigned char* Create(int id) {
     PutU32(base + CShmLayout::kSizeOffset, static_cast<std::uint32_t>(CShmLayout::kSize));
     // The magic comes last, so that nobody takes a half-made segment for a ready one.
     std::atomic_thread_fence(std::memory_order_release);
-    std::memcpy(base, CShmLayout::kMagic, 4);
+    std::copy_n(CShmLayout::kMagic, 4, base);
     return base;
 }
 

@@ -7,7 +7,7 @@
 
 #ifdef __SANITIZE_ADDRESS__
 // The outbound queue lives until the process ends; a test makes many of them.
-extern "C" const char* __lsan_default_suppressions();  // NOLINT(bugprone-reserved-identifier)
+extern "C" const char* __lsan_default_suppressions();
 extern "C" const char* __lsan_default_suppressions() {
     return "leak:CRuntimeData::CRuntimeData\nleak:CLinuxMsgQueue::CLinuxMsgQueue\nleak:CMutex::CMutex\n"
            "leak:CMsgQueue::CMsgQueue\n";

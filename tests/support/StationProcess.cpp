@@ -115,7 +115,7 @@ void CStationProcess::Kill() {
 
 std::string CStationProcess::TakeOutput() {
     const std::string all = ReadText(OutputFile());
-    const std::string fresh = all.substr(m_outputTaken);
+    std::string fresh = all.substr(m_outputTaken);
     m_outputTaken = all.size();
     return fresh;
 }

@@ -62,7 +62,7 @@ class CEmptyStationTest : public testing::Test {
         CleanStation();
         FakeClock::Set(FakeClock::kStart);
     }
-    ~CEmptyStationTest() override { CleanStation(); }
+    void TearDown() override { CleanStation(); }
 };
 
 // As above, with a runtime object of a DC charger with two ports, past its start-up, nothing reported yet.

@@ -19,8 +19,9 @@ using testing::IsEmpty;
 using testing::StartsWith;
 
 const std::string kRule = std::string(60, '*') + "\n";
-const std::string kName = "*               Process Name    : zor_runtime              *\n";
-const std::string kQueueMade = Line("CRuntimeData", "runtime:IPC Creater Succuess 104!\n");
+// Everything up to the configuration.
+const std::string kFirstLines = Line("CRuntimeData", "runtime:IPC Creater Succuess 104!\n") + kRule +
+                                "*               Process Name    : zor_runtime              *\n";
 const std::string kLost = Line("MsgSndToMain", "send failed 002!");
 
 class CStation : public testing::Test {
@@ -29,7 +30,7 @@ class CStation : public testing::Test {
         CleanStation();
         MakeConfig(2);
     }
-    ~CStation() override { CleanStation(); }
+    void TearDown() override { CleanStation(); }
 
     // Output since the last call: source lines masked, build date and time set to something known.
     std::string Output() {
@@ -59,7 +60,7 @@ std::string ConfigLine(const std::string& text) {
 
 TEST_F(FirstPath, StartUpLines) {
     process.RunPasses(1);
-    EXPECT_EQ(kQueueMade + kRule + kName +
+    EXPECT_EQ(kFirstLines +
                   ConfigLine("You have opened a sqlite3 database named zorconfig.db successfully!") +
                   ConfigLine("station=bench") + ConfigLine("chargport_number=2") + Banner(2),
               Output());
@@ -155,7 +156,7 @@ TEST_F(Trouble, NoQueue) {
 }
 
 TEST_F(Trouble, NoSharedMemory) {
-    shmget(CShmLayout::kKey, 4096, IPC_CREAT | 0660);
+    ASSERT_LE(0, shmget(CShmLayout::kKey, 4096, IPC_CREAT | 0660));
     SendFrame(SettingsFrame());
     process.RunPasses(8);
     EXPECT_EQ("libcshm: segment 0x5A53: too small\n", process.Errors());
@@ -186,7 +187,7 @@ TEST_F(Trouble, ConfigurationThatCannotBeOpened) {
         if (directoryInstead) std::filesystem::create_directories(AppFile(kConfigFile));
         CStationProcess fresh;
         EXPECT_EQ(0, fresh.RunToEnd());
-        EXPECT_EQ(kQueueMade + kRule + kName, Masked(fresh.TakeOutput()));
+        EXPECT_EQ(kFirstLines, Masked(fresh.TakeOutput()));
         EXPECT_EQ("Can't open database: unable to open database file\n", fresh.Errors());
     }
 }

@@ -7,8 +7,8 @@ namespace {
 std::vector<std::string> Split(const char* source, const char* delimiters) {
     CStringList list;
     CStringList::Split(CString(source), delimiters, list);
-    std::vector<std::string> pieces;
-    for (int i = 0; i < list.Count(); ++i) pieces.emplace_back(list.At(i).c_str());
+    std::vector<std::string> pieces(static_cast<std::size_t>(list.Count()));
+    for (int i = 0; i < list.Count(); ++i) pieces[static_cast<std::size_t>(i)] = list.At(i).c_str();
     return pieces;
 }
 

@@ -5,7 +5,7 @@
 #include <cerrno>
 
 #include "ipc/Frame.h"
-#include "tests/support/FakeErrors.h"
+#include "tests/support/LibcHooks.h"
 #include "tests/support/TestRuntime.h"
 
 namespace {

@@ -7,12 +7,5 @@
 // again.
 void FailNextQueueCall(int error);
 
-// How often the process allocated so far. Stands still under the sanitizers, whose allocator is not ours to
-// count.
+// How often the process allocated memory so far.
 std::uint64_t Allocations();
-inline constexpr bool kCountsAllocations =
-#ifdef __SANITIZE_ADDRESS__
-    false;
-#else
-    true;
-#endif

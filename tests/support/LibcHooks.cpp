@@ -1,4 +1,4 @@
-#include "tests/support/FakeErrors.h"
+#include "tests/support/LibcHooks.h"
 
 #include <dlfcn.h>
 #include <sys/msg.h>
@@ -49,11 +49,20 @@ ssize_t msgrcv(int id, void* message, std::size_t size, long type, int flags) {
     return Real<ssize_t(int, void*, std::size_t, long, int)>("msgrcv")(id, message, size, type, flags);
 }
 
-#ifndef __SANITIZE_ADDRESS__
+#ifdef __SANITIZE_ADDRESS__
+// The sanitizer's allocator stays in place and tells. GCC comes without the header that declares this.
+int __sanitizer_install_malloc_and_free_hooks(void (*onMalloc)(const volatile void*, std::size_t),
+                                              void (*onFree)(const volatile void*));
+
+__attribute__((constructor)) static void CountAllocations() {
+    __sanitizer_install_malloc_and_free_hooks([](const volatile void*, std::size_t) { ++allocations; },
+                                              [](const volatile void*) {});
+}
+#else
 // The names under which libc keeps its own allocator.
-void* __libc_malloc(std::size_t size);                 // NOLINT(bugprone-reserved-identifier)
-void* __libc_calloc(std::size_t n, std::size_t size);  // NOLINT(bugprone-reserved-identifier)
-void* __libc_realloc(void* block, std::size_t size);   // NOLINT(bugprone-reserved-identifier)
+void* __libc_malloc(std::size_t size);
+void* __libc_calloc(std::size_t n, std::size_t size);
+void* __libc_realloc(void* block, std::size_t size);
 
 void* malloc(std::size_t size) noexcept {
     ++allocations;
