@@ -70,6 +70,11 @@ std::string Masked(const std::string& output) {
     return std::regex_replace(output, header, "$1.#: ");
 }
 
+std::string MaskedOf(const std::string& operation, const std::string& output) {
+    const std::regex others("\033\\[1;32;40m(?!" + operation + "\\.)[^\033]*\033\\[0m\r\n");
+    return std::regex_replace(Masked(output), others, "");
+}
+
 std::string Line(const std::string& operation, const std::string& text) {
     return "\033[1;32;40m" + operation + ".#: " + text + "\033[0m\r\n";
 }

@@ -26,5 +26,7 @@ Captured Capture(const std::function<void()>& run);
 
 // `output` with every source line number of a diagnostic header replaced by '#'.
 std::string Masked(const std::string& output);
+// The same without the diagnostic lines of other operations than `operation`.
+std::string MaskedOf(const std::string& operation, const std::string& output);
 // A whole diagnostic line as Masked shows it.
 std::string Line(const std::string& operation, const std::string& text);

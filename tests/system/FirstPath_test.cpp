@@ -13,7 +13,9 @@
 
 namespace {
 
+using testing::Contains;
 using testing::ElementsAre;
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::StartsWith;
@@ -44,26 +46,44 @@ class CStation : public testing::Test {
 using FirstPath = CStation;
 using Trouble = CStation;
 
-std::string A1_14(int port, int code) {
-    return "16 00 86 d6 00 00 51 50 49 48 47 46 45 44 0" + std::to_string(port) + " 01 00 e8 03 00 0" +
+const std::string kEquipment = "51 50 49 48 47 46 45 44";
+
+std::string A1_14(int port, int code, const std::string& equipment = kEquipment) {
+    return "16 00 86 d6 00 00 " + equipment + " 0" + std::to_string(port) + " 01 00 e8 03 00 0" +
            std::to_string(code) + " 00 00 01";
 }
 
-std::string Banner(int ports) {
-    return "*               Process Version : V3.00  with " + std::to_string(ports) +
-           " port       *\n*               Compile Date    : Aug 30 2023 10:44:12     *\n" + kRule;
+// The snapshot of a station without signal points.
+std::string A1_13(int port, const std::string& equipment = kEquipment) {
+    return "11 00 86 d5 00 00 " + equipment + " 0" + std::to_string(port) + " 00 00 00 00";
 }
 
-std::string ConfigLine(const std::string& text) {
-    return Line("GetPort", text);
+std::string Lines(const std::string& operation, const std::vector<std::string>& texts) {
+    std::string lines;
+    for (const std::string& text : texts) lines += Line(operation, text);
+    return lines;
 }
 
 TEST_F(FirstPath, StartUpLines) {
     process.RunPasses(1);
-    EXPECT_EQ(kFirstLines +
-                  ConfigLine("You have opened a sqlite3 database named zorconfig.db successfully!") +
-                  ConfigLine("station=bench") + ConfigLine("chargport_number=2") + Banner(2),
-              Output());
+    const std::string opened = "You have opened a sqlite3 database named zorpointsetting.db successfully!";
+    const std::string path = "/mnt/nandflash/app/zorpointsetting.db";
+    EXPECT_EQ(
+        kFirstLines +
+            Lines("GetPort", {"You have opened a sqlite3 database named zorconfig.db successfully!",
+                              "station=bench", "chargport_number=2"}) +
+            "*               Process Version : V3.00  with 2 port       *\n"
+            "*               Compile Date    : Aug 30 2023 10:44:12     *\n" +
+            kRule + path + "\n" +
+            Lines("Load", {opened, "database:DC", "init YC realdatabase scussessful!"}) +
+            Lines("InitPointSettingYC", {path, opened, "sqlite3_get_table Fail:\n"}) +
+            Lines("InitPointSettingYX", {path, opened, "sqlite3_get_table Fail:\n"}) +
+            Lines("InitSOE", {"You have opened a sqlite3 database named zorsoe.db successfully!",
+                              "Table tagErrMsg Not Exists!", "Line: #, sqlite_master: nRow = 0 nColumn = 0\n",
+                              "Create Table tagSOE!"}) +
+            "/mnt/nandflash/app/zorycdata.db\nzorycdata.db is not exist!!!\n" +
+            Lines("InitYcHistoryDatabase", {"You have opened zorycdata.db successfully!"}),
+        std::regex_replace(Output(), std::regex("Line: [0-9]+"), "Line: #"));
     EXPECT_EQ("", process.Errors());
     process.RunPasses(20);
     EXPECT_EQ("", Output());
@@ -79,17 +99,19 @@ TEST_F(FirstPath, SettingsToPortStates) {
     EXPECT_EQ(1U, Waiting());
     process.RunPasses(1);
     EXPECT_EQ(0U, Waiting());  // polled on the sixth pass, acted on from the next
-    EXPECT_THAT(Output(), testing::EndsWith(Line("MsgRcvFromMain", "m_sendflag:1\n")));
+    EXPECT_THAT(Output(), EndsWith(Line("MsgRcvFromMain", "m_sendflag:1\n")));
 
-    process.RunPasses(1);  // both states are posted, one message leaves per pass
-    const std::vector<Received> first = ReadAll();
-    ASSERT_EQ(1U, first.size());
-    EXPECT_EQ(process.Pid(), first[0].sender);
-    EXPECT_EQ(A1_14(1, 2), ToHex(first[0].frame));
-    process.RunPasses(1);
-    EXPECT_THAT(ReadFrames(), ElementsAre(A1_14(2, 3)));
-    const std::string dump = Line("Send_DC_A1_14", "msgcode: 34518 data:");
-    EXPECT_EQ(dump + "01 01 00 e8 03 00 02 00 00 \n" + dump + "02 01 00 e8 03 00 03 00 00 \n", Output());
+    // All is posted on the next pass, and one message leaves per pass.
+    const std::vector<std::string> expected = {A1_13(1), A1_14(1, 2), A1_14(2, 3)};
+    for (const std::string& frame : expected) {
+        process.RunPasses(1);
+        const std::vector<Received> sent = ReadAll();
+        ASSERT_EQ(1U, sent.size());
+        EXPECT_EQ(process.Pid(), sent[0].sender);
+        EXPECT_EQ(frame, ToHex(sent[0].frame));
+    }
+    EXPECT_THAT(Output(),
+                EndsWith(Line("Send_DC_A1_14", "msgcode: 34518 data:") + "02 01 00 e8 03 00 03 00 00 \n"));
 
     live.SetSignal(99, 1);
     process.RunPasses(2);
@@ -112,9 +134,9 @@ TEST_F(FirstPath, RandomCommandsAreSurvived) {
     while (Waiting() > ReadAll().size()) process.RunPasses(60);
     Output();
     SendFrame(SettingsFrame());
-    process.RunPasses(8);
+    process.RunPasses(9);
     EXPECT_THAT(Output(), HasSubstr(Line("MsgRcvFromMain", "m_sendflag:1\n")));
-    EXPECT_EQ(2U, ReadAll().size());
+    EXPECT_THAT(ReadFrames(), Contains(StartsWith("16 00 86 d6 00 00 ")));
 }
 
 TEST_F(Trouble, FullQueueCostsMessagesOnly) {
@@ -158,11 +180,10 @@ TEST_F(Trouble, NoQueue) {
 TEST_F(Trouble, NoSharedMemory) {
     ASSERT_LE(0, shmget(CShmLayout::kKey, 4096, IPC_CREAT | 0660));
     SendFrame(SettingsFrame());
-    process.RunPasses(8);
+    process.RunPasses(9);
     EXPECT_EQ("libcshm: segment 0x5A53: too small\n", process.Errors());
-    const std::string zeros = "16 00 86 d6 00 00 00 00 00 00 00 00 00 00 0";
-    EXPECT_THAT(ReadFrames(),
-                ElementsAre(zeros + "1 01 00 e8 03 00 02 00 00 01", zeros + "2 01 00 e8 03 00 02 00 00 01"));
+    const std::string none = ToHex(Bytes(8));
+    EXPECT_THAT(ReadFrames(), ElementsAre(A1_13(1, none), A1_14(1, 2, none), A1_14(2, 2, none)));
 }
 
 TEST_F(Trouble, ConfigurationThatCannotBeRead) {

@@ -14,9 +14,10 @@ using testing::EndsWith;
 
 class CInbound : public CStationTest {
   protected:
-    // What one poll prints, source lines masked.
-    std::string Poll() {
-        return Masked(Capture([this] { runtime.MsgRcvFromMain(); }).out);
+    // What one poll prints, without the lines of the handlers it calls.
+    std::string Poll() { return PollOf(runtime); }
+    static std::string PollOf(CRuntimeData& receiver) {
+        return MaskedOf("MsgRcvFromMain", Capture([&] { receiver.MsgRcvFromMain(); }).out);
     }
     std::string PollFrame(const Bytes& frame) {
         EXPECT_TRUE(SendFrame(frame));
@@ -112,8 +113,7 @@ TEST_F(Inbound, SettingsBecomeIntervals) {
         fresh.m_sendflag = 1;
         const Bytes frame = SettingsFrame(c.settings);
         ASSERT_TRUE(SendFrame(frame));
-        EXPECT_EQ(Dump(18, ToHex(frame), 34086) + Lines(c.texts),
-                  Masked(Capture([&] { fresh.MsgRcvFromMain(); }).out));
+        EXPECT_EQ(Dump(18, ToHex(frame), 34086) + Lines(c.texts), PollOf(fresh));
         EXPECT_EQ(c.ticks, (std::vector{fresh.m_workReportTicks, fresh.m_idleReportTicks,
                                         fresh.m_yxReportTicks, fresh.m_minuteIntervalTicks}))
             << testing::PrintToString(c.texts);
