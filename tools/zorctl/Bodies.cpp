@@ -42,13 +42,13 @@ std::string LengthTrouble(std::size_t length, const std::string& expected) {
 }
 
 // Decodes a body of fixed length by the table that its encoder uses.
-template <const auto& kTable>
+template <const auto& Table>
 bool DecodeFixed(const std::uint8_t* body, std::size_t length, DecodedFrame& decoded, std::string& trouble) {
-    const BodyField& last = std::prev(std::end(kTable))->at;
+    const BodyField& last = std::prev(std::end(Table))->at;
     const std::size_t expected = static_cast<std::size_t>(last.offset) + last.size;
     if (length != expected) trouble = LengthTrouble(length, std::to_string(expected));
     if (length < expected) return false;
-    for (const auto& field : kTable)
+    for (const auto& field : Table)
         if (field.at.name != nullptr) Add(decoded, Show(field.at, body));
     return true;
 }
@@ -68,17 +68,17 @@ bool FitsList(const ListBodyLayout& layout, const std::uint8_t* body, std::size_
 }
 
 // Decodes a head, entries of one size, and what closes the body.
-template <const auto& kLayout, const auto& kHead, const auto& kEntry>
+template <const auto& Layout, const auto& Head, const auto& Entry>
 bool DecodeList(const std::uint8_t* body, std::size_t length, DecodedFrame& decoded, std::string& trouble) {
-    if (!FitsList(kLayout, body, length)) {
+    if (!FitsList(Layout, body, length)) {
         trouble = LengthTrouble(length, "a length that fits the count");
         return false;
     }
-    for (const auto& field : kHead) Add(decoded, Show(field, body));
+    for (const auto& field : Head) Add(decoded, Show(field, body));
     decoded.isList = true;
-    for (std::size_t at = kLayout.headSize; at + kLayout.tailSize < length; at += kLayout.entrySize) {
+    for (std::size_t at = Layout.headSize; at + Layout.tailSize < length; at += Layout.entrySize) {
         decoded.entries.emplace_back();
-        for (const auto& field : kEntry) decoded.entries.back().push_back(Show(field, body + at));
+        for (const auto& field : Entry) decoded.entries.back().push_back(Show(field, body + at));
     }
     return true;
 }

@@ -29,7 +29,7 @@ void CreateTables(CDatabaseDraft& draft) {
 void FillYx(CDatabaseDraft& draft) {
     CRowWriter rows(draft, "INSERT INTO tagPS_YX_DC VALUES(?,?,?,?,?,?,?)");
     int id = 0;
-    for (const YxPoint& point : YxPoints()) {
+    for (const YxPoint& point : kYxPoints) {
         // 0 is no information address, so they count from 1; the second table's stand above all of the first.
         const int address = point.point + 1 + 0x400 * point.source;
         rows.Whole(++id).Text(point.name).Whole(point.level).Whole(point.point);
@@ -47,9 +47,9 @@ void FillYc(CDatabaseDraft& draft, int ports) {
         rows.Whole(number).Text(point.name).Whole(number).Whole(kGroupBase);
         rows.Real(point.scale).Real(point.offset).End();
     };
-    for (const YcPoint& point : YcPoints()) add(point, point.point);
+    for (const YcPoint& point : kYcPoints) add(point, point.point);
     for (int port = 3; port <= ports; ++port)
-        for (const YcPoint& point : YcPoints())
+        for (const YcPoint& point : kYcPoints)
             if (point.point >= kFirstCopiedYcPoint) add(point, point.point + PortBase(port));
 }
 

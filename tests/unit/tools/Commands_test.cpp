@@ -4,6 +4,7 @@
 #include <sys/msg.h>
 #include <sys/shm.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <regex>
 #include <sstream>
@@ -28,8 +29,9 @@ Outcome Call(const std::string& line) {
     std::istringstream words("zorctl " + line);
     std::vector<std::string> arguments;
     for (std::string word; words >> word;) arguments.push_back(word);
-    std::vector<const char*> pointers;
-    for (const std::string& argument : arguments) pointers.push_back(argument.c_str());
+    std::vector<const char*> pointers(arguments.size());
+    std::transform(arguments.begin(), arguments.end(), pointers.begin(),
+                   [](const std::string& argument) { return argument.c_str(); });
     Outcome outcome{};
     const Captured captured =
         Capture([&] { outcome.exit = RunZorctl(static_cast<int>(pointers.size()), pointers.data()); });
