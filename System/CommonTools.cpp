@@ -37,7 +37,8 @@ int CCommonTools::SetSystemTime(const char* text) {
 }
 
 int CCommonTools::SetSystemTime(int year, int month, int day, int hour, int minute, int milliseconds) {
-    if (SetClock(year, month, day, hour, minute, milliseconds / 1000, milliseconds % 1000 * 1000) != 0)
+    if (SetClock(year, month, day, hour, minute, milliseconds / 1000,
+                 milliseconds % 1000 * suseconds_t{1000}) != 0)
         return -1;
     // The blank before the w is what the units' scripts know.
     [[maybe_unused]] const int status = std::system("hwclock - w");
