@@ -205,7 +205,7 @@ int CRuntimeData::History_A1_16() {
         line.Print("tradenumber:%s\n", record.tradenumber);
         std::uint8_t trade[kTradeNumberSize] = {};
         StrToBcd(trade, sizeof trade, record.tradenumber);
-        DumpBytes(trade, sizeof trade);
+        for (const std::uint8_t byte : trade) std::printf("%02x ", unsigned{byte});
         line.Print("fretime:%s\n", record.fretime);
         PostMsg(kCodeA1_16, body.data(), length);
         usleep(kPauseBetweenRecords);
