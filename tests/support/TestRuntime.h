@@ -19,7 +19,10 @@
 
 class CTestRuntime : public CRuntimeData {
   public:
+    using CRuntimeData::k1Cnt;
+    using CRuntimeData::k2Cnt;
     using CRuntimeData::m_chargerKind;
+    using CRuntimeData::m_datacache;
     using CRuntimeData::m_failures;
     using CRuntimeData::m_forceYxReport;
     using CRuntimeData::m_idleReportTicks;
