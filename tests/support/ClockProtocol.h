@@ -12,8 +12,10 @@ struct ClockGrant {
     std::int64_t nowMicros;
     std::uint32_t passes;
     std::int32_t msggetError;  // errno with which msgget fails; 0 lets it work
+    std::uint32_t fatalWrite;  // of the changes to files, the one in whose middle the process dies; 0: none
+    std::uint32_t reserved;
 };
-static_assert(sizeof(ClockGrant) == 16);
+static_assert(sizeof(ClockGrant) == 24);
 
 // Process -> test: the passes are over, the process stands still.
 struct ClockReport {

@@ -1,6 +1,7 @@
 // A clock that the test drives, preloaded into the real program: `usleep` moves the time on and, at the end
 // of a pass of the main loop, stands still until the test grants more passes. Free of the C++ library, so
-// that it can be loaded before anything else.
+// that it can be loaded before anything else. It also ends the process in the middle of a write, where the
+// test asks for it.
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <sys/auxv.h>
@@ -9,6 +10,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <cstdlib>
 #include <ctime>
 
@@ -55,9 +57,42 @@ bool IsProgram(const void* address) {
            caller.dli_fbase == program.dli_fbase;
 }
 
+// What a function of libc in whose place one of this library stands does.
+template <typename Function>
+Function* Next(const char* name) {
+    return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
+}
+
+// True for the change to a file in which the process is to die.
+bool IsFatal() {
+    return grant.fatalWrite > 0 && --grant.fatalWrite == 0;
+}
+
 }  // namespace
 
 extern "C" {
+
+ssize_t pwrite64(int file, const void* data, std::size_t size, off64_t offset) {
+    const auto next = Next<ssize_t(int, const void*, std::size_t, off64_t)>("pwrite64");
+    if (!IsFatal()) return next(file, data, size, offset);
+    if (next(file, data, size / 2, offset) >= 0) raise(SIGKILL);
+    _exit(99);
+}
+
+int ftruncate64(int file, off64_t size) noexcept {
+    if (IsFatal()) raise(SIGKILL);
+    return Next<int(int, off64_t)>("ftruncate64")(file, size);
+}
+
+int fdatasync(int file) {
+    if (IsFatal()) raise(SIGKILL);
+    return Next<int(int)>("fdatasync")(file);
+}
+
+int unlink(const char* path) noexcept {
+    if (IsFatal()) raise(SIGKILL);
+    return Next<int(const char*)>("unlink")(path);
+}
 
 std::time_t time(std::time_t* at) noexcept {
     const auto seconds = static_cast<std::time_t>(grant.nowMicros / kSecond);
@@ -82,8 +117,7 @@ int msgget(key_t key, int flags) noexcept {
         errno = grant.msggetError;
         return -1;
     }
-    using Msgget = int (*)(key_t, int);
-    return reinterpret_cast<Msgget>(dlsym(RTLD_NEXT, "msgget"))(key, flags);
+    return Next<int(key_t, int)>("msgget")(key, flags);
 }
 
 }  // extern "C"

@@ -69,8 +69,8 @@ bool CStationProcess::Start() {
     return m_pid > 0;
 }
 
-bool CStationProcess::Grant(std::uint32_t passes) {
-    const ClockGrant grant{m_nowMicros, passes, m_msggetError};
+bool CStationProcess::Grant(std::uint32_t passes, std::uint32_t fatalWrite) {
+    const ClockGrant grant{m_nowMicros, passes, m_msggetError, fatalWrite, 0};
     return (m_pid > 0 || Start()) && send(m_socket, &grant, sizeof grant, MSG_NOSIGNAL) == sizeof grant;
 }
 
@@ -87,6 +87,12 @@ void CStationProcess::RunPasses(std::uint32_t passes) {
     if (Grant(passes) && AwaitReport()) return;
     Kill();
     FAIL() << "the process hangs or died\n" << ReadText(OutputFile()) << Errors();
+}
+
+bool CStationProcess::SurvivesPasses(std::uint32_t passes, std::uint32_t change) {
+    if (Grant(passes, change) && AwaitReport()) return true;
+    EXPECT_EQ(-1, Reap()) << Errors();
+    return false;
 }
 
 int CStationProcess::RunToEnd() {

@@ -20,6 +20,9 @@ class CStationProcess {
 
     // Lets the process run `passes` further passes of its main loop; the first call starts it.
     void RunPasses(std::uint32_t passes);
+    // As RunPasses, but the process dies in the middle of the `change`-th of the changes that it makes to
+    // files (writes, syncs, truncations, removals). False when it did; true when it got through before.
+    bool SurvivesPasses(std::uint32_t passes, std::uint32_t change);
     // Lets it run until it ends. Returns its exit status, -1 after a signal; fails the test when it goes on
     // for ever.
     int RunToEnd();
@@ -39,7 +42,7 @@ class CStationProcess {
 
   private:
     bool Start();
-    bool Grant(std::uint32_t passes);
+    bool Grant(std::uint32_t passes, std::uint32_t fatalWrite = 0);
     bool AwaitReport();
     int Reap();
     void Kill();
