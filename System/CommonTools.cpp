@@ -24,7 +24,7 @@ int SetClock(int year, int month, int day, int hour, int minute, int second, sus
     local.tm_isdst = -1;
     const timeval value{std::mktime(&local), microseconds};
     if (settimeofday(&value, nullptr) == 0) return 0;
-    std::puts("Set system datatime error!/n");
+    std::fputs("Set system datatime error!/n", stdout);  // the slash is part of the text
     return -1;
 }
 
