@@ -16,6 +16,14 @@ void Open(CSqliteDb& database, const std::string& path, const char* key) {
     if (key != nullptr) database.Key(key, static_cast<int>(std::strlen(key)));
 }
 
+std::string MakeTable(const std::string& name, int columns, const std::vector<std::string>& rows) {
+    std::string sql = "CREATE TABLE " + name + " (c0";
+    for (int i = 1; i < columns; ++i) sql += ", c" + std::to_string(i);
+    sql += ");";
+    for (const std::string& row : rows) sql += "INSERT INTO " + name + " VALUES (" + row + ");";
+    return sql;
+}
+
 }  // namespace
 
 std::string AppFile(const char* file) {
@@ -55,6 +63,21 @@ void MakeConfig(const std::vector<std::string>& rows, const std::string& path) {
 void MakeConfig(int ports) {
     MakeConfig({"'station','bench'", "'chargport_number','" + std::to_string(ports) + "'"},
                AppFile(kConfigFile));
+}
+
+void MakePoints(const PointRows& rows, const std::string& kind) {
+    constexpr int kYxColumns = 7;
+    RunSql(AppFile(kPointSettingFile), "BEGIN;" + MakeTable("tagPS_YX_" + kind, kYxColumns, rows.yx) +
+                                           MakeTable("tagPS_YC_" + kind, rows.ycColumns, rows.yc) + "COMMIT");
+}
+
+std::vector<std::string> YxRows(int count, int first) {
+    std::vector<std::string> rows;
+    for (int i = 0; i < count; ++i) {
+        const std::string number = std::to_string(first + i);
+        rows.push_back(number + ",'Point " + number + "',5," + number + ",'true',0,0");
+    }
+    return rows;
 }
 
 void WriteText(const std::string& path, const std::string& text) {

@@ -21,4 +21,15 @@ void MakeConfig(const std::vector<std::string>& rows, const std::string& path);
 // The same in the application directory, naming `ports` ports.
 void MakeConfig(int ports);
 
+// A point-settings database in the application directory: the tables of `kind` ("DC" or "AC") with the given
+// rows, each the values of an SQL VALUES list. Columns have no type, so that a cell is what its row says.
+struct PointRows {
+    std::vector<std::string> yx;
+    std::vector<std::string> yc;
+    int ycColumns = 9;
+};
+void MakePoints(const PointRows& rows, const std::string& kind = "DC");
+// `yx` rows of `count` points in table 0: "Point n", level 5, numbers from `first` on.
+std::vector<std::string> YxRows(int count, int first = 0);
+
 void WriteText(const std::string& path, const std::string& text);

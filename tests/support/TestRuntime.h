@@ -32,8 +32,11 @@ class CTestRuntime : public CRuntimeData {
     using CRuntimeData::m_portCount;
     using CRuntimeData::m_ports;
     using CRuntimeData::m_queueId;
+    using CRuntimeData::m_rtdb;
     using CRuntimeData::m_sendflag;
     using CRuntimeData::m_workReportTicks;
+    using CRuntimeData::m_ycGroups;
+    using CRuntimeData::m_yxPoints;
     using CRuntimeData::m_yxReportTicks;
     using CRuntimeData::Port;
 };
@@ -44,6 +47,7 @@ class CLiveValues : public CShmCTRL {
     void SetSignal(int index, std::uint8_t state) { Put(getYx(index), kYxState, state); }
     void SetSignal2(int index, std::uint8_t state) { Put(getYx2(index), kYxState, state); }
     void SetYc(int index, std::uint32_t raw) { Put(getYc(index), kYcRaw, raw); }
+    void SetCoefficient(int index, float value) { Put(getYc(index), kYcCoefficient, value); }
     void SetDd(int index, std::uint64_t value) { Put(getDd(index), kDdLow, value); }
     void SetGunState(int port, std::uint8_t state) { Put(GunEntry(port), kGunState, state); }
     void SetEquipment(const std::array<std::uint8_t, kEquipmentSize>& number) {
