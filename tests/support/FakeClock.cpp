@@ -2,6 +2,9 @@
 
 #include <sys/time.h>
 
+#include <numeric>
+#include <utility>
+
 namespace {
 
 constexpr std::int64_t kSecond = 1000000;
@@ -9,6 +12,8 @@ constexpr std::int64_t kSecond = 1000000;
 struct State {
     std::int64_t micros = FakeClock::kStart * kSecond;
     std::vector<useconds_t> sleeps;
+    std::int64_t due = 0;
+    std::function<void()> act;
 };
 
 State& Clock() {
@@ -19,7 +24,7 @@ State& Clock() {
 }  // namespace
 
 void FakeClock::Set(std::time_t seconds) {
-    Clock() = {seconds * kSecond, {}};
+    Clock() = {seconds * kSecond, {}, 0, nullptr};
 }
 
 void FakeClock::Advance(std::time_t seconds) {
@@ -28,6 +33,15 @@ void FakeClock::Advance(std::time_t seconds) {
 
 const std::vector<useconds_t>& FakeClock::Sleeps() {
     return Clock().sleeps;
+}
+
+std::int64_t FakeClock::Slept() {
+    return std::accumulate(Sleeps().begin(), Sleeps().end(), std::int64_t{0});
+}
+
+void FakeClock::After(std::int64_t micros, std::function<void()> act) {
+    Clock().due = Clock().micros + micros;
+    Clock().act = std::move(act);
 }
 
 extern "C" {
@@ -47,6 +61,7 @@ int gettimeofday(timeval* at, void* /*zone*/) noexcept {
 int usleep(useconds_t micros) {
     Clock().micros += micros;
     Clock().sleeps.push_back(micros);
+    if (Clock().act && Clock().micros >= Clock().due) std::exchange(Clock().act, nullptr)();
     return 0;
 }
 

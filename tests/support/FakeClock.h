@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <ctime>
+#include <functional>
 #include <vector>
 
 struct FakeClock {
@@ -16,4 +17,8 @@ struct FakeClock {
     static void Advance(std::time_t seconds);
     // Arguments of the `usleep` calls since Set; each moved the time on and returned at once.
     static const std::vector<useconds_t>& Sleeps();
+    // Their sum.
+    static std::int64_t Slept();
+    // Calls `act` once, from within the sleep that moves the clock on by `micros` or more from now.
+    static void After(std::int64_t micros, std::function<void()> act);
 };
