@@ -92,9 +92,9 @@ void CRuntimeData::PrepareSoeTable(CSqliteDb& database) {
                                master.Columns());
     if (master.Rows() > 0) {
         const CSqliteTable last(database, kSelectLastSoe);
-        // A table that cannot be read now (locked, say) is not an old one: it keeps its rows.
-        if (!last.Ok()) CDiagLine("InitSOE").Print("sqlite3_get_table Fail:\n");
-        if (!last.Ok() || last.Columns() >= kSoeColumns) return;
+        // A table that is locked just now is not an old one: it keeps its rows. One without an id is old.
+        if (last.NotNow()) CDiagLine("InitSOE").Print("sqlite3_get_table Fail:\n");
+        if (last.NotNow() || last.Columns() >= kSoeColumns) return;
         ExecEventSetUp(database, "DROP TABLE tagSOE");
         CDiagLine("InitSOE").Print("Table tagSOE Exists, but not new!");
     }
