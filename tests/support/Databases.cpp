@@ -6,7 +6,6 @@
 #include <fstream>
 
 #include "System/AppFiles.h"
-#include "System/Sqlite.h"
 #include "app/ConfigDatabase.h"
 
 namespace {
@@ -78,6 +77,11 @@ std::vector<std::string> YxRows(int count, int first) {
         rows.push_back(number + ",'Point " + number + "',5," + number + ",'true',0,0");
     }
     return rows;
+}
+
+CForeignLock::CForeignLock(const std::string& path, const char* statements) {
+    EXPECT_EQ(SQLITE_OK, m_database.Open(path.c_str(), 0));
+    EXPECT_EQ(SQLITE_OK, m_database.Exec(statements)) << m_database.Error();
 }
 
 void WriteText(const std::string& path, const std::string& text) {

@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "System/Sqlite.h"
+
 // Path of `file` in the application directory.
 std::string AppFile(const char* file);
 
@@ -31,5 +33,17 @@ struct PointRows {
 void MakePoints(const PointRows& rows, const std::string& kind = "DC");
 // `yx` rows of `count` points in table 0: "Point n", level 5, numbers from `first` on.
 std::vector<std::string> YxRows(int count, int first = 0);
+
+// Another program's connection, which runs `statements` on the database at `path` and keeps what they lock.
+class CForeignLock {
+  public:
+    CForeignLock(const std::string& path, const char* statements);
+
+    static constexpr char kReader[] = "BEGIN; SELECT * FROM sqlite_master";
+    static constexpr char kWriter[] = "BEGIN EXCLUSIVE";
+
+  private:
+    CSqliteDb m_database;
+};
 
 void WriteText(const std::string& path, const std::string& text);

@@ -1,11 +1,12 @@
 // A clock that the test drives, preloaded into the real program: `usleep` moves the time on and, at the end
-// of a pass of the main loop, stands still until the test grants more passes. Free of the C++ library, so
-// that it can be loaded before anything else. It also ends the process in the middle of a write, where the
-// test asks for it.
+// of a pass of the main loop, stands still until the test grants more passes. Calls that change files are
+// counted, and one of them can be the process's last. Free of the C++ library, so that it can be loaded
+// before anything else.
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <sys/auxv.h>
 #include <sys/msg.h>
+#include <sys/socket.h>
 #include <sys/time.h>
 #include <unistd.h>
 
@@ -23,6 +24,13 @@ constexpr useconds_t kTick = 100000;
 
 int testSocket = -1;
 ClockGrant grant{};
+std::uint32_t fileCalls = 0;
+std::uint32_t syncs = 0;
+
+template <typename Function>
+Function* Real(const char* name) {
+    return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
+}
 
 // The test's end being gone ends the process: nobody will grant another pass.
 void AwaitGrant() {
@@ -31,13 +39,24 @@ void AwaitGrant() {
         got = read(testSocket, &grant, sizeof grant);
     } while (got < 0 && errno == EINTR);
     if (got != sizeof grant) _exit(99);
+    fileCalls = 0;
+    syncs = 0;
 }
 
-void EndPass() {
-    if (--grant.passes > 0) return;
-    const ClockReport report{grant.nowMicros};
-    if (write(testSocket, &report, sizeof report) != sizeof report) _exit(99);
+void StandStill() {
+    const ClockReport report{grant.nowMicros, fileCalls, syncs};
+    if (send(testSocket, &report, sizeof report, MSG_NOSIGNAL) != sizeof report) _exit(99);
     AwaitGrant();
+}
+
+// Counts a file call. True for the one that the process does not survive.
+bool IsLastFileCall() {
+    return ++fileCalls == grant.killAtFileCall;
+}
+
+void Die() {
+    kill(getpid(), SIGKILL);
+    for (;;) pause();
 }
 
 __attribute__((constructor)) void Attach() {
@@ -57,42 +76,9 @@ bool IsProgram(const void* address) {
            caller.dli_fbase == program.dli_fbase;
 }
 
-// What a function of libc in whose place one of this library stands does.
-template <typename Function>
-Function* Next(const char* name) {
-    return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
-}
-
-// True for the change to a file in which the process is to die.
-bool IsFatal() {
-    return grant.fatalWrite > 0 && --grant.fatalWrite == 0;
-}
-
 }  // namespace
 
 extern "C" {
-
-ssize_t pwrite64(int file, const void* data, std::size_t size, off64_t offset) {
-    const auto next = Next<ssize_t(int, const void*, std::size_t, off64_t)>("pwrite64");
-    if (!IsFatal()) return next(file, data, size, offset);
-    if (next(file, data, size / 2, offset) >= 0) raise(SIGKILL);
-    _exit(99);
-}
-
-int ftruncate64(int file, off64_t size) noexcept {
-    if (IsFatal()) raise(SIGKILL);
-    return Next<int(int, off64_t)>("ftruncate64")(file, size);
-}
-
-int fdatasync(int file) {
-    if (IsFatal()) raise(SIGKILL);
-    return Next<int(int)>("fdatasync")(file);
-}
-
-int unlink(const char* path) noexcept {
-    if (IsFatal()) raise(SIGKILL);
-    return Next<int(const char*)>("unlink")(path);
-}
 
 std::time_t time(std::time_t* at) noexcept {
     const auto seconds = static_cast<std::time_t>(grant.nowMicros / kSecond);
@@ -108,8 +94,43 @@ int gettimeofday(timeval* at, void* /*zone*/) noexcept {
 
 int usleep(useconds_t micros) {
     grant.nowMicros += micros;
-    if (testSocket >= 0 && micros >= kTick && IsProgram(__builtin_return_address(0))) EndPass();
+    if (testSocket < 0) return 0;
+    if (grant.pauseAtMicros != 0 && grant.nowMicros >= grant.pauseAtMicros)
+        StandStill();
+    else if (micros >= kTick && IsProgram(__builtin_return_address(0)) && --grant.passes == 0)
+        StandStill();
     return 0;
+}
+
+// The file calls that SQLite makes. The program's own output does not pass through here.
+ssize_t pwrite64(int file, const void* data, std::size_t size, off64_t offset) {
+    const auto real = Real<ssize_t(int, const void*, std::size_t, off64_t)>("pwrite64");
+    if (!IsLastFileCall()) return real(file, data, size, offset);
+    real(file, data, size / 2, offset);
+    Die();
+    return -1;
+}
+
+int ftruncate64(int file, off64_t size) noexcept {
+    if (IsLastFileCall()) Die();
+    return Real<int(int, off64_t)>("ftruncate64")(file, size);
+}
+
+int unlink(const char* path) noexcept {
+    if (IsLastFileCall()) Die();
+    return Real<int(const char*)>("unlink")(path);
+}
+
+int fdatasync(int file) {
+    ++syncs;
+    if (IsLastFileCall()) Die();
+    return Real<int(int)>("fdatasync")(file);
+}
+
+int fsync(int file) {
+    ++syncs;
+    if (IsLastFileCall()) Die();
+    return Real<int(int)>("fsync")(file);
 }
 
 int msgget(key_t key, int flags) noexcept {
@@ -117,7 +138,7 @@ int msgget(key_t key, int flags) noexcept {
         errno = grant.msggetError;
         return -1;
     }
-    return Next<int(key_t, int)>("msgget")(key, flags);
+    return Real<int(key_t, int)>("msgget")(key, flags);
 }
 
 }  // extern "C"

@@ -69,8 +69,8 @@ bool CStationProcess::Start() {
     return m_pid > 0;
 }
 
-bool CStationProcess::Grant(std::uint32_t passes, std::uint32_t fatalWrite) {
-    const ClockGrant grant{m_nowMicros, passes, m_msggetError, fatalWrite, 0};
+bool CStationProcess::Grant(std::uint32_t passes, std::int64_t pauseAtMicros, std::uint32_t killAtFileCall) {
+    const ClockGrant grant{m_nowMicros, pauseAtMicros, passes, m_msggetError, killAtFileCall, 0};
     return (m_pid > 0 || Start()) && send(m_socket, &grant, sizeof grant, MSG_NOSIGNAL) == sizeof grant;
 }
 
@@ -80,19 +80,29 @@ bool CStationProcess::AwaitReport() {
     if (poll(&ready, 1, kHangsMs) != 1) return false;
     if (recv(m_socket, &report, sizeof report, 0) != sizeof report) return false;
     m_nowMicros = report.nowMicros;
+    m_fileCalls = report.fileCalls;
+    m_syncs = report.syncs;
     return true;
 }
 
-void CStationProcess::RunPasses(std::uint32_t passes) {
-    if (Grant(passes) && AwaitReport()) return;
+void CStationProcess::Expect(bool reported) {
+    if (reported) return;
     Kill();
     FAIL() << "the process hangs or died\n" << ReadText(OutputFile()) << Errors();
 }
 
-bool CStationProcess::SurvivesPasses(std::uint32_t passes, std::uint32_t change) {
-    if (Grant(passes, change) && AwaitReport()) return true;
-    EXPECT_EQ(-1, Reap()) << Errors();
-    return false;
+void CStationProcess::RunPasses(std::uint32_t passes) {
+    Expect(Grant(passes) && AwaitReport());
+}
+
+void CStationProcess::RunFor(std::int64_t micros) {
+    Expect(Grant(UINT32_MAX, m_nowMicros + micros) && AwaitReport());
+}
+
+bool CStationProcess::RunIntoKill(std::uint32_t fileCall, std::uint32_t passes) {
+    if (Grant(passes, 0, fileCall) && AwaitReport()) return false;
+    EXPECT_EQ(-SIGKILL, Reap()) << Errors();
+    return true;
 }
 
 int CStationProcess::RunToEnd() {
@@ -110,7 +120,7 @@ int CStationProcess::Reap() {
     waitpid(m_pid, &status, 0);
     close(m_socket);
     m_pid = -1;
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
 }
 
 void CStationProcess::Kill() {
@@ -121,7 +131,7 @@ void CStationProcess::Kill() {
 
 std::string CStationProcess::TakeOutput() {
     const std::string all = ReadText(OutputFile());
-    std::string fresh = all.substr(m_outputTaken);
+    const std::string fresh = all.substr(m_outputTaken);
     m_outputTaken = all.size();
     return fresh;
 }

@@ -20,12 +20,19 @@ class CStationProcess {
 
     // Lets the process run `passes` further passes of its main loop; the first call starts it.
     void RunPasses(std::uint32_t passes);
-    // As RunPasses, but the process dies in the middle of the `change`-th of the changes that it makes to
-    // files (writes, syncs, truncations, removals). False when it did; true when it got through before.
-    bool SurvivesPasses(std::uint32_t passes, std::uint32_t change);
-    // Lets it run until it ends. Returns its exit status, -1 after a signal; fails the test when it goes on
-    // for ever.
+    // Lets it run until it ends. Returns its exit status, minus the number of the signal that ended it; fails
+    // the test when it goes on for ever.
     int RunToEnd();
+    // Lets it run until its clock has moved on by so much, if need be into the middle of a pass, where it
+    // then stands in a sleep of a library. The pass counts as one of the passes that it runs next.
+    void RunFor(std::int64_t micros);
+    // Lets it run `passes`, in which it is to kill itself in the middle of its `fileCall`th call (counted
+    // from 1) that writes, syncs, cuts or removes a file. False when they had fewer of them.
+    bool RunIntoKill(std::uint32_t fileCall, std::uint32_t passes = 1);
+
+    // Such calls during the last run, and those of them that waited for the disk.
+    std::uint32_t FileCalls() const { return m_fileCalls; }
+    std::uint32_t Syncs() const { return m_syncs; }
 
     // Sets the time for the next pass, seconds of UTC.
     void SetTime(std::int64_t seconds) { m_nowMicros = seconds * 1000000; }
@@ -42,7 +49,8 @@ class CStationProcess {
 
   private:
     bool Start();
-    bool Grant(std::uint32_t passes, std::uint32_t fatalWrite = 0);
+    bool Grant(std::uint32_t passes, std::int64_t pauseAtMicros = 0, std::uint32_t killAtFileCall = 0);
+    void Expect(bool reported);
     bool AwaitReport();
     int Reap();
     void Kill();
@@ -51,5 +59,7 @@ class CStationProcess {
     int m_socket = -1;
     std::int64_t m_nowMicros = kStart * 1000000;
     std::int32_t m_msggetError = 0;
+    std::uint32_t m_fileCalls = 0;
+    std::uint32_t m_syncs = 0;
     std::size_t m_outputTaken = 0;
 };

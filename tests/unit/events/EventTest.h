@@ -56,18 +56,3 @@ class CEventTest : public CStationTest {
 
     CSqlWatch watch;
 };
-
-// Another program's connection, which holds a lock while it lives.
-class CForeignLock {
-  public:
-    CForeignLock(const std::string& path, const char* statements) {
-        EXPECT_EQ(SQLITE_OK, m_database.Open(path.c_str(), 0));
-        EXPECT_EQ(SQLITE_OK, m_database.Exec(statements)) << m_database.Error();
-    }
-
-    static constexpr char kReader[] = "BEGIN; SELECT * FROM tagSOE";
-    static constexpr char kWriter[] = "BEGIN EXCLUSIVE";
-
-  private:
-    CSqliteDb m_database;
-};
