@@ -26,6 +26,7 @@ class CTestRuntime : public CRuntimeData {
     using CRuntimeData::m_failures;
     using CRuntimeData::m_forceYxReport;
     using CRuntimeData::m_idleReportTicks;
+    using CRuntimeData::m_idleSequence;
     using CRuntimeData::m_lastReceiveResult;
     using CRuntimeData::m_minuteIntervalTicks;
     using CRuntimeData::m_outboundQueue;
@@ -52,6 +53,9 @@ class CLiveValues : public CShmCTRL {
     void SetGunState(int port, std::uint8_t state) { Put(GunEntry(port), kGunState, state); }
     void SetEquipment(const std::array<std::uint8_t, kEquipmentSize>& number) {
         Put(DeviceArea(), kDeviceEquipment, number);
+    }
+    void SetChargingArea(int port, const std::array<std::uint8_t, kChargingAreaSize>& area) {
+        Put(ChargingAreaOf(port), 0, area);
     }
 
     template <typename Value>
