@@ -43,7 +43,8 @@ void CRuntimeData::DrainOutbound() {
     void* buffer = nullptr;
     if (m_outboundQueue == nullptr || m_outboundQueue->Pop(code, buffer) == 0) return;
     const auto* posted = static_cast<const std::uint8_t*>(buffer);
-    const Frame frame = BuildFrame(code, posted + kLengthSize, GetLe(posted, kLengthSize));
+    const auto length = static_cast<std::size_t>(GetLe(posted, kLengthSize));
+    const Frame frame = BuildFrame(code, posted + kLengthSize, length);
     std::free(buffer);
     MsgSndToMain(frame.bytes.data(), frame.length);
     if ((code & 0xFFFF) == kCodeA1_9) usleep(kPauseAfterA1_9);

@@ -26,7 +26,8 @@ std::vector<Received> ReadAll() {
         EXPECT_EQ(2052, size);
         Received received{};
         std::memcpy(&received.sender, message.text, sizeof received.sender);
-        const auto length = std::min<std::size_t>(GetLe(message.Frame(), 2) + 2, kFrameCapacity);
+        const auto length =
+            static_cast<std::size_t>(std::min<std::uint64_t>(GetLe(message.Frame(), 2) + 2, kFrameCapacity));
         received.frame.assign(message.Frame(), message.Frame() + length);
         EXPECT_TRUE(std::all_of(message.Frame() + length, std::end(message.text),
                                 [](std::uint8_t byte) { return byte == 0; }));
