@@ -16,6 +16,9 @@ target_compile_options(zor_options INTERFACE
     -Wall -Wextra -Wpedantic -Wconversion -Wshadow
     # x86 and ARM must give the same bits: a product is rounded before the sum takes it.
     -ffp-contract=off)
+# A 32-bit unit must be able to ask for files beyond 2 GiB and for inode numbers beyond 32 bits too: `stat` fails
+# otherwise, and a file that cannot be judged counts as broken.
+target_compile_definitions(zor_options INTERFACE _FILE_OFFSET_BITS=64)
 if(ZOR_WERROR)
     target_compile_options(zor_options INTERFACE -Werror)
 endif()

@@ -186,6 +186,16 @@ TEST_F(Trouble, NoSharedMemory) {
     EXPECT_THAT(ReadFrames(), ElementsAre(A1_13(1, none), A1_14(1, 2, none), A1_14(2, 2, none)));
 }
 
+TEST_F(Trouble, HugeHistoryIsKept) {
+    constexpr std::uintmax_t kSize = 5ULL << 30;  // beyond what 32 bits say
+    process.RunPasses(1);
+    RunSql(AppFile(kHistoryFile), "INSERT INTO tagYC (portNo) VALUES (1)");
+    std::filesystem::resize_file(AppFile(kHistoryFile), kSize);
+    CStationProcess again;
+    again.RunPasses(1);
+    EXPECT_EQ(kSize, std::filesystem::file_size(AppFile(kHistoryFile)));
+}
+
 TEST_F(Trouble, ConfigurationThatCannotBeRead) {
     const std::function<void()> makers[] = {
         [] {},
