@@ -5,7 +5,7 @@
 #include <map>
 
 #include "points/PointSettings.h"
-#include "tests/support/FakeErrors.h"
+#include "tests/support/LibcHooks.h"
 #include "tests/support/Points.h"
 #include "tests/support/ReportTest.h"
 
