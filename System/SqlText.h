@@ -30,11 +30,11 @@ class CSqlTextBase {
     const char* m_defect = nullptr;
 };
 
-template <std::size_t Size>
+template <std::size_t kSize>
 class CSqlText : public CSqlTextBase {
   public:
-    CSqlText() : CSqlTextBase(m_text, Size) {}
+    CSqlText() : CSqlTextBase(m_text, kSize) {}
 
   private:
-    char m_text[Size] = {};
+    char m_text[kSize] = {};
 };
