@@ -11,6 +11,7 @@ enum class EFailure : std::uint8_t {
     NoMemory,       // an allocation failed
     ReceiveFailed,  // the queue refuses to be read
     EventSetUp,     // a table of the event database cannot be created
+    HistoryIndex,   // an index of the history database cannot be created
     Count           // how many causes there are; no cause itself
 };
 

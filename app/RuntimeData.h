@@ -189,6 +189,7 @@ class CRuntimeData {
     void RecordChange(const StatusChange& change);
     void StoreEvent(CSqliteDb& database, int value, int pointNumber, int table, const char* event);
     void StoreChangesSingly();
+    bool FindLastSoe(CSqliteDb& database, std::uint32_t& lastId);
     std::uint32_t StoreErrorMessage(CSqliteDb& database, int base);
     void PruneErrMsg(CSqliteDb& database, std::uint32_t lastId);
     void PruneSoe(CSqliteDb& database, std::uint32_t lastId);
@@ -207,6 +208,7 @@ class CRuntimeData {
     void PortStep(int port);
 
     // -- history/
+    void CreateHistoryIndexes(CSqliteDb& database);
     void RestoreCounters(CSqliteDb& database);
     void RestoreCountersOf(int port, CSqliteDb& database);
     int FormatDayQuery(CSqlTextBase& sql, const char* date, int port);

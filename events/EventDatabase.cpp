@@ -137,6 +137,7 @@ bool CRuntimeData::OpenForWalk() {
     if (m_walk.database.Open(CAppPath(kEventFile).c_str(), kBusyInLoopMs) != SQLITE_OK) return false;
     m_walk.database.Exec("begin immediate transaction");
     m_walk.together = m_walk.database.InTransaction();
+    m_walk.lastId = 0;
     return true;
 }
 
@@ -174,10 +175,7 @@ void CRuntimeData::StoreEvent(CSqliteDb& database, int value, int pointNumber, i
     if (const int base = ErrorSnapshotBase(pointNumber, value); table == 0 && base >= 0)
         lastId = StoreErrorMessage(database, base);
 
-    const CSqliteTable last(database, kSelectLastSoe);
-    if (!last.Ok()) CDiagLine("InsertSOE").Print("read record from zorsoe.db error!: %s\n", last.Error());
-    if (last.Rows() > 0) {
-        lastId = LastId(last);
+    if (FindLastSoe(database, lastId)) {
         if (lastId > kKeptIds) PruneSoe(database, lastId);
         CDiagLine("InsertSOE").Print("the last record id is %d\n", static_cast<std::int32_t>(lastId));
     }
@@ -186,7 +184,24 @@ void CRuntimeData::StoreEvent(CSqliteDb& database, int value, int pointNumber, i
     if (lastId == 0) return;
     EventSql sql;
     FormatSoeRow(sql, lastId + 1, event, value, pointNumber, table);
-    if (database.Exec(sql) != SQLITE_OK) ReportInsertFailure(database);
+    if (database.Exec(sql) != SQLITE_OK)
+        ReportInsertFailure(database);
+    else
+        m_walk.lastId = lastId + 1;
+}
+
+// Puts the id of the newest row into `lastId`; false where there is none or it cannot be read.
+bool CRuntimeData::FindLastSoe(CSqliteDb& database, std::uint32_t& lastId) {
+    // Nobody else writes during the walk's transaction: the newest row is the one that it wrote last.
+    if (m_walk.together && m_walk.lastId != 0) {
+        lastId = m_walk.lastId;
+        return true;
+    }
+    const CSqliteTable last(database, kSelectLastSoe);
+    if (!last.Ok()) CDiagLine("InsertSOE").Print("read record from zorsoe.db error!: %s\n", last.Error());
+    if (last.Rows() == 0) return false;
+    lastId = LastId(last);
+    return true;
 }
 
 // Records the measurements of a port. Returns the id of the newest row that was there before, 0 for none.

@@ -30,6 +30,8 @@ struct EventWalk {
     bool active = false;    // a walk is on: events go through `database`
     bool together = false;  // its events stand in one transaction
     bool vacuumDue = false;
+    std::uint32_t lastId =
+        0;  // last row written to tagSOE, for events that stand together; 0 before the first
     CSqliteDb database;
     std::vector<StatusChange> changes;  // of this walk, in order; its capacity is reserved once
 };

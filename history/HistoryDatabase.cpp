@@ -82,6 +82,7 @@ int CRuntimeData::CheckYCDB() {
         if (table.NotNow()) return 0;
         if (table.Rows() > 0 && HasColumn(table, "chargeCnt")) {
             CDiagLine(__func__).Print("tagYC is new, so keep it!");
+            CreateHistoryIndexes(database);
             RestoreCounters(database);
             return 0;
         }
@@ -89,6 +90,16 @@ int CRuntimeData::CheckYCDB() {
     CDiagLine(__func__).Print("tagYC is old, so remove it!");
     std::remove(path.c_str());
     return 1;
+}
+
+// A file from before there were indexes gets them here, once; that can take a while on a large one.
+void CRuntimeData::CreateHistoryIndexes(CSqliteDb& database) {
+    for (const char* sql : kCreateHistoryIndexes) {
+        if (database.Exec(sql) == SQLITE_OK) continue;
+        m_failures.Report(EFailure::HistoryIndex, "%s stays slow without its indexes: %s", kHistoryFile,
+                          database.Error());
+        return;
+    }
 }
 
 void CRuntimeData::RestoreCounters(CSqliteDb& database) {
@@ -124,5 +135,7 @@ int CRuntimeData::InitYcHistoryDatabase() {
     CDiagLine(__func__).Print("You have opened zorycdata.db successfully!");
     if (database.Exec(kCreateYc) != SQLITE_OK)
         std::fprintf(stderr, "zorycdata.db create table tagYC error!: %s\n", database.Error());
+    else
+        CreateHistoryIndexes(database);
     return 0;
 }

@@ -111,8 +111,8 @@ TEST_F(StatusChanges, OneTransactionPerWalk) {
     EXPECT_THAT(watch.Take(),
                 ElementsAre("begin immediate transaction",                                               //
                             kSelectLastSoe, "DELETE FROM tagSOE WHERE id<=1", insert(100003, "A", 101),  //
-                            kSelectLastSoe, "DELETE FROM tagSOE WHERE id<=2", insert(100004, "B", 102),  //
-                            kSelectLastSoe, "DELETE FROM tagSOE WHERE id<=3", insert(100005, "C", 103),  //
+                            "DELETE FROM tagSOE WHERE id<=2", insert(100004, "B", 102),                  //
+                            "DELETE FROM tagSOE WHERE id<=3", insert(100005, "C", 103),                  //
                             "commit transaction", "VACUUM"));
     Walk();
     EXPECT_THAT(watch.Take(), IsEmpty());  // nothing changed, nothing opened
