@@ -67,21 +67,19 @@ void CRuntimeData::RaiseSendCounts(CSqliteDb& database, const CSqliteTable& tabl
 }
 
 int CRuntimeData::DealCacheData(const std::uint8_t* body, std::uint32_t port) {
-    constexpr std::uint8_t kAccepted = 0;
-    constexpr std::uint8_t kRejected = 1;
     char hour[8];
     std::snprintf(hour, sizeof hour, "%02d", int{body[kAckHour]});
     CDiagLine(__func__).Print("str:%s state:%d\n", hour, m_datacache);
     // Only midnight records are resent, so only they are acknowledged.
     const int result = std::strcmp(hour, "00");
     if (result != 0) return result;
-    if (body[kAckResult] == kAccepted) {
+    if (body[kAckResult] == kAckAccepted) {
         char prefix[32];
         std::snprintf(prefix, sizeof prefix, "%02x%02x-%02x-%02x 00:", unsigned{body[kAckCentury]},
                       unsigned{body[kAckYear]}, unsigned{body[kAckMonth]}, unsigned{body[kAckDay]});
         CDiagLine(__func__).Print("delete str:%s\n", prefix);
         DeletCacheData(prefix, static_cast<int>(port));
-    } else if (body[kAckResult] == kRejected) {
+    } else if (body[kAckResult] == kAckRejected) {
         m_datacache = 0;
     }
     return result;

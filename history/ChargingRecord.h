@@ -98,8 +98,8 @@ inline constexpr std::size_t kRequestHour = 4;
 inline constexpr std::size_t kRequestSize = 5;
 inline constexpr int kWholeDay = 24;  // as hour: all hours of the day
 
-// Body of an acknowledgement: the time as A1_16 carries it, then the result (0 accepted, 1 rejected). The
-// hour is binary, the rest of the date BCD.
+// Body of an acknowledgement: the time as A1_16 carries it, then the result. The hour is binary, the
+// rest of the date BCD.
 inline constexpr std::size_t kAckHour = 2;
 inline constexpr std::size_t kAckDay = 3;
 inline constexpr std::size_t kAckMonth = 4;
@@ -107,3 +107,5 @@ inline constexpr std::size_t kAckYear = 5;
 inline constexpr std::size_t kAckCentury = 6;
 inline constexpr std::size_t kAckResult = 7;
 inline constexpr std::size_t kAckSize = 8;
+inline constexpr std::uint8_t kAckAccepted = 0;
+inline constexpr std::uint8_t kAckRejected = 1;

@@ -26,3 +26,5 @@ void AddSet(CLI::App& parent, EExit& result);
 void AddGet(CLI::App& parent, EExit& result);
 void AddMainListen(CLI::App& parent, EExit& result);
 void AddMainSettings(CLI::App& parent, EExit& result);
+void AddMainHistory(CLI::App& parent, EExit& result);
+void AddMainAck(CLI::App& parent, EExit& result);

@@ -3,10 +3,9 @@
 #include <sys/msg.h>
 #include <unistd.h>
 
+#include <CLI/CLI.hpp>
 #include <cerrno>
 #include <cstring>
-
-#include "tools/zorctl/Commands.h"
 
 CDeadline DeadlineIn(double seconds) {
     if (seconds < 0) return kNever;
@@ -77,4 +76,18 @@ bool CMainChannel::Send(const Frame& frame, CDeadline deadline, CStopSignals& st
         return false;
     }
     return true;
+}
+
+EExit SendCommand(const Frame& frame, double wait) {
+    CStopSignals stop;
+    const CDeadline deadline = DeadlineIn(wait);
+    CMainChannel channel;
+    const bool sent = channel.Open(deadline, stop) && channel.Send(frame, deadline, stop);
+    return sent ? EExit::Done : EExit::Failed;
+}
+
+void AddWait(CLI::App& command, double& wait) {
+    command.add_option("--wait", wait, "Seconds to wait for the queue, and for room in it")
+        ->capture_default_str()
+        ->check(CLI::Range(0.0, 1e9));
 }

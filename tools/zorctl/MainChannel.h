@@ -6,6 +6,7 @@
 #include <cstddef>
 
 #include "ipc/Frame.h"
+#include "tools/zorctl/Commands.h"
 
 // A point in time to wait until.
 using CDeadline = std::chrono::steady_clock::time_point;
@@ -49,3 +50,8 @@ class CMainChannel {
   private:
     int m_queue = -1;
 };
+
+// Sends one command as zor_main, waiting up to `wait` seconds for the queue and for room in it.
+EExit SendCommand(const Frame& frame, double wait);
+// The option that says how long.
+void AddWait(CLI::App& command, double& wait);

@@ -1,13 +1,10 @@
 // zorctl main listen: every message of the process, decoded, one line each.
 #include <CLI/CLI.hpp>
-#include <cstdio>
-#include <cstring>
-#include <ctime>
 #include <memory>
 
 #include "tools/zorctl/Commands.h"
-#include "tools/zorctl/DecodedLine.h"
 #include "tools/zorctl/MainChannel.h"
+#include "tools/zorctl/TakenMessage.h"
 
 namespace {
 
@@ -16,18 +13,6 @@ struct ListenOptions {
     unsigned long count = 0;  // 0: no end
     double seconds = -1;      // negative: no end
 };
-
-// False when standard output takes no more.
-bool Print(const SysVMessage& message, std::size_t length, bool json) {
-    Arrival arrival{};
-    clock_gettime(CLOCK_REALTIME, &arrival.time);
-    if (length >= kProcessIdSize) std::memcpy(&arrival.sender, message.text, kProcessIdSize);
-    const std::size_t frameLength = length > kProcessIdSize ? length - kProcessIdSize : 0;
-    const DecodedFrame decoded = DecodeFrame(message.Frame(), frameLength);
-    const std::string line = json ? JsonLine(arrival, decoded) : TextLine(arrival, decoded);
-    // Line by line, for whoever reads the other end of a pipe.
-    return std::puts(line.c_str()) >= 0 && std::fflush(stdout) == 0;
-}
 
 EExit Listen(const ListenOptions& options) {
     CStopSignals stop;
@@ -41,7 +26,7 @@ EExit Listen(const ListenOptions& options) {
         if (got < 0) return EExit::Failed;
         if (got > 0) {
             ++seen;
-            if (!Print(message, length, options.json)) return Complain("cannot write to standard output");
+            if (!Print(TakeApart(message, length), options.json)) return EExit::Failed;
             // Nothing to wait for, but a steady stream of messages ends in time all the same. With 0 seconds
             // everything that waits is read.
             if (options.seconds <= 0 || !HasPassed(deadline)) continue;

@@ -15,13 +15,9 @@ struct SettingsOptions {
 };
 
 EExit SendSettings(const SettingsOptions& options) {
-    CStopSignals stop;
-    const CDeadline deadline = DeadlineIn(options.wait);
-    CMainChannel channel;
-    if (!channel.Open(deadline, stop)) return EExit::Failed;
     ReportSettings settings = options.settings;
     settings.on = !options.off;
-    return channel.Send(BuildSettingsFrame(settings), deadline, stop) ? EExit::Done : EExit::Failed;
+    return SendCommand(BuildSettingsFrame(settings), options.wait);
 }
 
 void AddInterval(CLI::App& command, const char* name, std::uint16_t& value, const char* help) {
@@ -40,8 +36,6 @@ void AddMainSettings(CLI::App& parent, EExit& result) {
     AddInterval(*command, "--idle", settings.idle, "Seconds between idle status reports");
     AddInterval(*command, "--snapshot", settings.snapshot, "Seconds between full signal snapshots");
     AddInterval(*command, "--long", settings.longInterval, "Minutes of the long interval");
-    command->add_option("--wait", options->wait, "Seconds to wait for the queue, and for room in it")
-        ->capture_default_str()
-        ->check(CLI::Range(0.0, 1e9));
+    AddWait(*command, options->wait);
     command->callback([options, &result] { result = SendSettings(*options); });
 }

@@ -16,6 +16,8 @@ void AddCommands(CLI::App& app, EExit& result) {
     peer->require_subcommand(1);
     AddMainListen(*peer, result);
     AddMainSettings(*peer, result);
+    AddMainHistory(*peer, result);
+    AddMainAck(*peer, result);
 }
 
 }  // namespace

@@ -14,7 +14,7 @@
 #include "ipc/SettingsCommand.h"
 #include "points/PortNumbering.h"
 #include "reports/Messages.h"
-#include "tests/support/TestRuntime.h"
+#include "tests/unit/history/HistoryTest.h"
 
 namespace {
 
@@ -69,6 +69,16 @@ TEST_F(Zorctl, ExitCodes) {
         {"init /proc/here --ports 1", 1},
         {"set yx 8192 1", 1},
         {"get dd 256", 1},
+        {"main history 1 2023-8-30", 2},
+        {"main history 1 2023-13-30", 2},
+        {"main history 1 2023-08-32", 2},
+        {"main history 1 2023/08/30", 2},
+        {"main history 1 2023-08-30 25", 2},
+        {"main history 256 2023-08-30", 2},
+        {"main ack 1 2023-08-30", 2},
+        {"main ack 1 2023-08-30 yes", 2},
+        {"main ack 1 2023-08-30 ok", 1},  // no queue
+        {"main history 1 2023-08-30 --seconds 0", 1},
         {"main settings", 1},            // no queue
         {"main listen --seconds 0", 1},  // no queue
     };
@@ -221,6 +231,65 @@ TEST_F(ZorctlStation, ListenTakesWhatTheProcessSends) {
     EXPECT_EQ("zorctl: 2 of 3 messages came\n", tooFew.err);
     EXPECT_EQ(0, Call("main listen --seconds 0.05").exit);
     EXPECT_EQ(1UL, Waiting());
+}
+
+using ZorctlHistory = CHistoryTest;
+
+TEST_F(ZorctlHistory, CommandsReachTheProcess) {
+    const struct {
+        const char* line;
+        const char* frame;
+    } kCases[] = {
+        {"history 2 2023-08-30 10 --seconds 0.01", "08 00 85 2c 02 30 08 23 20 0a 00 00"},
+        {"history 0 2023-08-30 08 --seconds 0.01", "08 00 85 2c 00 30 08 23 20 08 00 00"},
+        {"history 1 2023-08-30 00 --seconds 0.01", "08 00 85 2c 01 30 08 23 20 00 00 00"},
+        {"history 255 1999-12-31 --seconds 0.01", "08 00 85 2c ff 31 12 99 19 18 00 00"},
+        {"ack 0 2023-08-30 ok", "0b 00 85 2f 00 00 00 00 30 08 23 20 00 00 00"},
+        {"ack 8 2023-08-30 reject", "0b 00 85 2f 08 00 00 00 30 08 23 20 01 00 00"},
+    };
+    for (const auto& item : kCases) {
+        const Outcome outcome = Call(std::string("main ") + item.line);
+        EXPECT_EQ(*item.line == 'a' ? "" : "zorctl: no answer came\n", outcome.err);
+        SysVMessage message{};
+        ASSERT_EQ(2052,
+                  msgrcv(msgget(kQueueKey, 0), &message, sizeof message.text, kTypeFromMain, IPC_NOWAIT));
+        EXPECT_EQ(item.frame, ToHex(message.Frame(), Hex(item.frame).size()));
+    }
+    AddRow(2, "2023-08-30 00:00:03", 1);
+    EXPECT_EQ(0, Call("main ack 2 2023-08-30 ok").exit);
+    Capture([this] { runtime.MsgRcvFromMain(); });
+    EXPECT_EQ(std::vector<std::string>{"0"}, Rows("sendcount"));
+}
+
+TEST_F(ZorctlHistory, AnswersAreToldFromOtherMessages) {
+    AddRow(2, "2023-08-30 00:00:03");
+    AddRow(2, "2023-08-30 01:00:03");
+    AddRow(2, "2023-08-31 00:00:03", 1);
+    runtime.m_sendflag = 1;
+    // The process answers a request that came before; the next one finds its answers waiting.
+    const auto ask = [this](const std::string& request) {
+        const std::string line = "main history " + request + " --seconds ";
+        Call(line + "0");
+        Capture([this] {
+            runtime.Checkcache();
+            for (const std::uint32_t port : {1U, 2U}) runtime.Send_A1_16(port);
+            runtime.PostMsg(kCodeA1_9, "\x01", 1);
+            runtime.History_A1_16();  // resends a record of another day
+            runtime.MsgRcvFromMain();
+        });
+        Drain(7);
+        const Outcome outcome = Call(line + "0.05");
+        EXPECT_EQ("zorctl: 4 other messages taken and not shown\n", outcome.err);
+        EXPECT_EQ(0, outcome.exit);
+        Capture([this] { runtime.MsgRcvFromMain(); });
+        Posted();
+        return std::regex_replace(
+            outcome.out, std::regex("[0-9:.]{12} (A1_16 \\S+)[^\n]* (time=\\d+|body)[^\n]*"), "$1 $2");
+    };
+    EXPECT_EQ("A1_16 port=2 time=20230830000003\nA1_16 port=2 time=20230830010003\n", ask("2 2023-08-30"));
+    EXPECT_EQ("A1_16 port=2 time=20230830010003\n", ask("2 2023-08-30 12"));
+    EXPECT_THAT(ask("2 2023-08-29"), testing::EndsWith(" A1_16 body[0]=\n"));
+    EXPECT_THAT(ask("2 2023-08-30 1 --json"), testing::HasSubstr(R"("time":"20230830010003","status":1)"));
 }
 
 }  // namespace

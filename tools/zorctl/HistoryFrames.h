@@ -1,0 +1,23 @@
+// The two history commands, built as zor_main builds them.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "ipc/Frame.h"
+
+// A date as the commands carry it: BCD.
+struct BcdDate {
+    std::uint8_t century = 0;
+    std::uint8_t year = 0;
+    std::uint8_t month = 0;
+    std::uint8_t day = 0;
+};
+
+// Reads "2023-08-30". False for any other form, and for a month or a day that no year has.
+bool ParseDate(const std::string& text, BcdDate& date);
+
+// Asks for the record of an hour (0 to 23) of a port, or with kWholeDay for those of the day.
+Frame BuildHistoryRequest(std::uint8_t port, const BcdDate& date, std::uint8_t hour);
+// Accepts or rejects the midnight record of a port.
+Frame BuildHistoryAck(std::uint8_t port, const BcdDate& date, bool accepted);
