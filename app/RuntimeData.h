@@ -14,6 +14,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <ctime>
 #include <list>
 #include <string>
 
@@ -188,6 +189,7 @@ class CRuntimeData {
     bool OpenForWalk();
     void RecordChange(const StatusChange& change);
     void StoreEvent(CSqliteDb& database, int value, int pointNumber, int table, const char* event);
+    bool WalkCameToNothing() const;
     void StoreChangesSingly();
     bool FindLastSoe(CSqliteDb& database, std::uint32_t& lastId);
     std::uint32_t StoreErrorMessage(CSqliteDb& database, int base);
@@ -202,6 +204,7 @@ class CRuntimeData {
     // At minute 0 of a new hour writes and reports the charging records, at minute 40 counts the pending
     // ones.
     void HourlyStep();
+    void FollowTimeZone();
     // Reads every telemetry point anew and runs the charging and the idle status on it.
     void RefreshYc();
     // Signal reports of one port: the snapshot when it is due, then the change reports.
@@ -212,7 +215,7 @@ class CRuntimeData {
     void RestoreCounters(CSqliteDb& database);
     void RestoreCountersOf(int port, CSqliteDb& database);
     int FormatDayQuery(CSqlTextBase& sql, const char* date, int port);
-    void FillHour(YcHistoryRecord& record, const CSqliteTable& table, const char* date, int h);
+    void FillHour(YcHistoryRecord& record, const CSqliteTable& table, int row, const char* date, int h);
     void RaiseSendCounts(CSqliteDb& database, const CSqliteTable& table, int count);
     void PutLiveField(RecordBody& body, const RecordField& field, std::uint32_t port);
 
@@ -243,6 +246,7 @@ class CRuntimeData {
     std::int32_t m_forceYxReport = 0;              // ipc sets it, the first port step that sees it clears it
     std::uint32_t m_tickPeriodMs = 100;            // app; never changes
     std::int32_t m_datacache = 0;                  // history: pending records last counted
+    std::time_t m_lastZoneMinute = 0;              // reports: minute in which the time zone was last read
     std::int32_t m_lastCacheHour = 0;              // reports: hour of the last count
     std::int32_t m_portCount = 0;                  // app: 1 to 8 once GetPort has run
     CMyIPC m_ipc;

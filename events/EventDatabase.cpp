@@ -153,9 +153,14 @@ int CRuntimeData::InsertSOE(int value, int pointNumber, int table, const std::st
         ++k2Cnt[static_cast<std::size_t>(counter)];
     }
     StoreEvent(database, value, pointNumber, table, event.c_str());
-    // A full disk, for one, ends the transaction unasked and takes the events before this one with it.
-    if (m_walk.together && !m_walk.database.InTransaction()) StoreChangesSingly();
+    if (WalkCameToNothing()) StoreChangesSingly();
     return 0;
+}
+
+// A full disk, for one, ends the transaction unasked, at whatever statement, and takes the events before it
+// with it.
+bool CRuntimeData::WalkCameToNothing() const {
+    return m_walk.together && !m_walk.database.InTransaction();
 }
 
 // Writes the events of the walk once more, each by itself, after their common transaction came to nothing.
@@ -174,12 +179,14 @@ void CRuntimeData::StoreEvent(CSqliteDb& database, int value, int pointNumber, i
     std::uint32_t lastId = 0;
     if (const int base = ErrorSnapshotBase(pointNumber, value); table == 0 && base >= 0)
         lastId = StoreErrorMessage(database, base);
+    if (WalkCameToNothing()) return;
 
     if (FindLastSoe(database, lastId)) {
         if (lastId > kKeptIds) PruneSoe(database, lastId);
         CDiagLine("InsertSOE").Print("the last record id is %d\n", static_cast<std::int32_t>(lastId));
     }
     m_recordValue = static_cast<std::int32_t>(lastId);
+    if (WalkCameToNothing()) return;
     // Without a row to follow there is no id; one that an error message has just left serves as well.
     if (lastId == 0) return;
     EventSql sql;
@@ -214,6 +221,7 @@ std::uint32_t CRuntimeData::StoreErrorMessage(CSqliteDb& database, int base) {
         if (last.Rows() > 0) lastId = LastId(last);
     }
     if (lastId > kKeptIds) PruneErrMsg(database, lastId);
+    if (WalkCameToNothing()) return lastId;
     EventSql sql;
     sql.Format("INSERT INTO tagErrMsg(event, timestamp) values('%s','%s')",
                ReadErrorMessage(*m_shm, base).text, Timestamp().text);
@@ -240,7 +248,7 @@ void CRuntimeData::PruneSoe(CSqliteDb& database, std::uint32_t lastId) {
 
 // VACUUM cannot run in a transaction: in one it waits for the commit, and runs once for all.
 void CRuntimeData::VacuumSoon(CSqliteDb& database) {
-    if (database.InTransaction())
+    if (m_walk.together)
         m_walk.vacuumDue = true;
     else
         Vacuum(database);

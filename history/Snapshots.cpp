@@ -7,6 +7,7 @@
 #include "System/DateTime.h"
 #include "System/DiagLine.h"
 #include "System/FixedText.h"
+#include "System/Numbers.h"
 #include "app/RuntimeData.h"
 #include "history/ChargingRecord.h"
 #include "history/HistoryDatabase.h"
@@ -46,6 +47,16 @@ Snapshot TakeSnapshot(CShmCTRL& shm, int port) {
         std::snprintf(snapshot.tradenumber + 2 * i, 3, "%02x", unsigned{trade.area[i]});
     snapshot.tradeelec = static_cast<std::int32_t>(shm.Yc(base + kYcTradeEnergy).raw);
     return snapshot;
+}
+
+// The row that was written after `row` (-1: the first one). An index may give the rows of a day by time,
+// which is another order once the clock was set back.
+int NextById(const CSqliteTable& table, int row) {
+    const auto id = [&table](int r) { return ParseInt64(table.Cell(r, kHistoryId)); };
+    int next = -1;
+    for (int r = 0; r < table.Rows(); ++r)
+        if ((row < 0 || id(r) > id(row)) && (next < 0 || id(r) < id(next))) next = r;
+    return next;
 }
 
 // Marks `record` as one that no row was found for.
@@ -110,7 +121,11 @@ int CRuntimeData::ReadDBSingleYCdata(const char* date, int port, int hour, YcHis
         count = 1;
     } else {
         count = std::min({hours, table.Rows(), capacity});
-        for (int h = 0; h < count; ++h) FillHour(records[h], table, date, h);
+        int row = -1;
+        for (int h = 0; h < count; ++h) {
+            row = NextById(table, row);
+            FillHour(records[h], table, row, date, h);
+        }
     }
     return 0;
 }
@@ -137,16 +152,17 @@ int CRuntimeData::FormatDayQuery(CSqlTextBase& sql, const char* date, int port) 
     return hours;
 }
 
-// Rows and hours are matched by place: row `h` is compared with hour `h` only, so that a missing hour marks
-// itself and all that follow.
-void CRuntimeData::FillHour(YcHistoryRecord& record, const CSqliteTable& table, const char* date, int h) {
+// Rows and hours are matched by place: the `h`th row is compared with hour `h` only, so that a missing hour
+// marks itself and all that follow.
+void CRuntimeData::FillHour(YcHistoryRecord& record, const CSqliteTable& table, int row, const char* date,
+                            int h) {
     constexpr char kOperation[] = "ReadDBSingleYCdata";
     char prefix[32];
     std::snprintf(prefix, sizeof prefix, "%s %02d:", date, h);
     CDiagLine(kOperation).Print("timeStr:%s\n", prefix);
-    const char* timestamp = table.Cell(h, kHistoryTimestamp);
+    const char* timestamp = table.Cell(row, kHistoryTimestamp);
     if (timestamp != nullptr && std::strstr(timestamp, prefix) != nullptr) {
-        FillRecord(record, table, h, kOperation);
+        FillRecord(record, table, row, kOperation);
         return;
     }
     char asked[48];  // the prefix brings a colon of its own

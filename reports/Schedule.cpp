@@ -1,5 +1,6 @@
 // What happens per tick, in order.
 #include <cstring>
+#include <ctime>
 
 #include "System/DateTime.h"
 #include "app/RuntimeData.h"
@@ -18,7 +19,17 @@ void CRuntimeData::SchedulerTick() {
     }
 }
 
+// Dates do not look at the zone by themselves (see CDateTime): one that is set while the process runs counts
+// from the next minute on.
+void CRuntimeData::FollowTimeZone() {
+    const std::time_t minute = std::time(nullptr) / 60;
+    if (minute == m_lastZoneMinute) return;
+    m_lastZoneMinute = minute;
+    tzset();
+}
+
 void CRuntimeData::HourlyStep() {
+    FollowTimeZone();
     constexpr int kCacheCheckMinute = 40;
     const CDateTime now = CDateTime::Now();
     const int hour = now.Hour();

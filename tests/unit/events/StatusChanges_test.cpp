@@ -1,4 +1,6 @@
 // One walk over the status points: what counts as a change, and how the events of a walk reach the file.
+#include <filesystem>
+
 #include "tests/unit/events/EventTest.h"
 
 namespace {
@@ -146,6 +148,40 @@ TEST_F(StatusChanges, TransactionThatEndsUnasked) {
     SetStates(0);
     Walk();
     EXPECT_THAT(Texts(), Contains("5[Fault]C 1 -> 0"));
+}
+
+// The statement that ends it need not be that of the event itself.
+TEST_F(StatusChanges, TransactionThatEndsBeforeTheEventIsStored) {
+    const struct {
+        const char* trigger;
+        int errors;
+    } kCases[] = {
+        {"CREATE TRIGGER t BEFORE INSERT ON tagErrMsg BEGIN SELECT RAISE(ROLLBACK, 'no room'); END", 2},
+        {"CREATE TRIGGER t BEFORE DELETE ON tagErrMsg BEGIN SELECT RAISE(ROLLBACK, 'no room'); END", 2},
+        {"CREATE TRIGGER t BEFORE DELETE ON tagSOE BEGIN SELECT RAISE(ROLLBACK, 'no room'); END", 3},
+    };
+    AddPoint("A", 5, 101);
+    AddPoint("Port fault", 5, 297);
+    AddPoint("C", 5, 103);
+    for (const auto& item : kCases) {
+        std::filesystem::remove(path);
+        Capture([this] { runtime.InitSOE(); });
+        RunSql(path,
+               "INSERT INTO tagErrMsg VALUES (1,'old','t'),(100002,'old','t');"
+               "INSERT INTO tagSOE VALUES (100002,'old',0,0,0,'t')");
+        RunSql(path, item.trigger);
+        SetStates(1);
+        const std::string errors = Walk().err;
+        const auto count = std::count(errors.begin(), errors.end(), '\n');
+        EXPECT_LE(item.errors, count) << errors;
+        EXPECT_THAT(
+            QueryRows(path, "SELECT id||event FROM tagSOE WHERE id>100002"),
+            ElementsAre("100003[Fault]A 0 -> 1", "100004[Fault]Port fault 0 -> 1", "100005[Fault]C 0 -> 1"))
+            << item.trigger;
+        SetStates(0);
+        RunSql(path, "DROP TRIGGER t");
+        Walk();
+    }
 }
 
 TEST_F(StatusChanges, CommitThatFails) {

@@ -243,4 +243,16 @@ TEST_F(Snapshots, LiveBody) {
     }
 }
 
+// By the order of writing, also where an index would give them by time.
+TEST_F(Snapshots, RowsOfADayAreMatchedAsTheyWereWritten) {
+    for (const char* hour : {"00", "02", "01", "03"}) AddRow(1, "2023-08-30 " + std::string(hour) + ":00:03");
+    YcHistoryRecord records[24] = {};
+    int count = 24;
+    Capture([&] { runtime.ReadDBSingleYCdata("2023-08-30", 1, kWholeDay, records, count); });
+    ASSERT_EQ(4, count);
+    std::string found;
+    for (int i = 0; i < count; ++i) found += records[i].status == ERecordStatus::Found ? '1' : '2';
+    EXPECT_EQ("1221", found);
+}
+
 }  // namespace
