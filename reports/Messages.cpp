@@ -1,6 +1,7 @@
 #include "reports/Messages.h"
 
 #include <algorithm>
+#include <cstring>
 #include <iterator>
 
 namespace {
@@ -12,10 +13,18 @@ constexpr MessageName kMessages[] = {
     {kCodeA1_15, "A1_15", "gun signals"},     {kCodeA1_16, "A1_16", "charging record"},
 };
 
+template <typename Fits>
+const MessageName* FirstThat(const Fits& fits) {
+    const auto* found = std::find_if(std::begin(kMessages), std::end(kMessages), fits);
+    return found != std::end(kMessages) ? found : nullptr;
+}
+
 }  // namespace
 
 const MessageName* FindMessage(std::uint16_t code) {
-    const auto* found = std::find_if(std::begin(kMessages), std::end(kMessages),
-                                     [code](const MessageName& message) { return message.code == code; });
-    return found != std::end(kMessages) ? found : nullptr;
+    return FirstThat([code](const MessageName& message) { return message.code == code; });
+}
+
+const MessageName* FindMessage(const char* name) {
+    return FirstThat([name](const MessageName& message) { return std::strcmp(message.name, name) == 0; });
 }

@@ -25,3 +25,5 @@ struct MessageName {
 
 // The entry for `code`, or null for a code that this process does not know.
 const MessageName* FindMessage(std::uint16_t code);
+// The same for a name such as "A1_5".
+const MessageName* FindMessage(const char* name);

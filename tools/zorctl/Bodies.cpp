@@ -99,27 +99,61 @@ bool DecodeDocument(const std::uint8_t* body, std::size_t length, DecodedFrame& 
     return true;
 }
 
+bool IsNamed(const BodyField& field, const std::string& name) {
+    return field.name != nullptr && field.name == name;
+}
+
+template <const auto& kTable>
+bool FixedKnows(const std::string& name) {
+    return std::any_of(std::begin(kTable), std::end(kTable),
+                       [&name](const auto& field) { return IsNamed(field.at, name); });
+}
+
+template <const auto& kHead, const auto& kEntry>
+bool ListKnows(const std::string& name) {
+    const auto isNamed = [&name](const BodyField& field) { return IsNamed(field, name); };
+    return std::any_of(std::begin(kHead), std::end(kHead), isNamed) ||
+           std::any_of(std::begin(kEntry), std::end(kEntry), isNamed);
+}
+
+bool DocumentKnows(const std::string& name) {
+    return !name.empty();
+}
+
 struct BodyDecoder {
     std::uint16_t code;
     bool (*decode)(const std::uint8_t* body, std::size_t length, DecodedFrame& decoded, std::string& trouble);
+    bool (*knows)(const std::string& name);
 };
 
 // One line per message; what is not here is shown in hexadecimal.
 constexpr BodyDecoder kDecoders[] = {
-    {kCodeA1_5, DecodeFixed<kChargingFields>},
-    {kCodeA1_6, DecodeDocument},
-    {kCodeA1_11, DecodeList<kChangesLayout, kChangesHead, kChangesEntry>},
-    {kCodeA1_13, DecodeList<kSnapshotLayout, kSnapshotHead, kSnapshotEntry>},
-    {kCodeA1_14, DecodeFixed<kPortStateFields>},
-    {kCodeA1_15, DecodeList<kGunLayout, kGunHead, kGunEntry>},
-    {kCodeA1_16, DecodeRecord},
+    {kCodeA1_5, DecodeFixed<kChargingFields>, FixedKnows<kChargingFields>},
+    {kCodeA1_6, DecodeDocument, DocumentKnows},
+    {kCodeA1_11, DecodeList<kChangesLayout, kChangesHead, kChangesEntry>,
+     ListKnows<kChangesHead, kChangesEntry>},
+    {kCodeA1_13, DecodeList<kSnapshotLayout, kSnapshotHead, kSnapshotEntry>,
+     ListKnows<kSnapshotHead, kSnapshotEntry>},
+    {kCodeA1_14, DecodeFixed<kPortStateFields>, FixedKnows<kPortStateFields>},
+    {kCodeA1_15, DecodeList<kGunLayout, kGunHead, kGunEntry>, ListKnows<kGunHead, kGunEntry>},
+    {kCodeA1_16, DecodeRecord, FixedKnows<kRecordFields>},
 };
+
+const BodyDecoder* FindDecoder(std::uint16_t code) {
+    const auto* found = std::find_if(std::begin(kDecoders), std::end(kDecoders),
+                                     [code](const BodyDecoder& decoder) { return decoder.code == code; });
+    return found != std::end(kDecoders) ? found : nullptr;
+}
 
 }  // namespace
 
 bool DecodeBody(std::uint16_t code, const std::uint8_t* body, std::size_t length, DecodedFrame& decoded,
                 std::string& trouble) {
-    const auto* found = std::find_if(std::begin(kDecoders), std::end(kDecoders),
-                                     [code](const BodyDecoder& decoder) { return decoder.code == code; });
-    return found != std::end(kDecoders) && found->decode(body, length, decoded, trouble);
+    const BodyDecoder* decoder = FindDecoder(code);
+    return decoder != nullptr && decoder->decode(body, length, decoded, trouble);
+}
+
+bool KnowsField(std::uint16_t code, const std::string& name) {
+    const BodyDecoder* decoder = FindDecoder(code);
+    return decoder != nullptr && decoder->knows(name);
 }

@@ -12,3 +12,7 @@
 // it, and also after success where there is more than was decoded.
 bool DecodeBody(std::uint16_t code, const std::uint8_t* body, std::size_t length, DecodedFrame& decoded,
                 std::string& trouble);
+
+// True for the name of a field that a message of this code can show. A document is not known by its members,
+// so that any name will do for it.
+bool KnowsField(std::uint16_t code, const std::string& name);

@@ -9,16 +9,6 @@
 
 namespace {
 
-std::string TimeText(const std::timespec& time, const char* format) {
-    std::tm local{};
-    localtime_r(&time.tv_sec, &local);
-    char text[32];
-    const std::size_t length = std::strftime(text, sizeof text, format, &local);
-    char fraction[8];
-    std::snprintf(fraction, sizeof fraction, ".%03d", static_cast<int>(time.tv_nsec / 1'000'000 % 1000));
-    return std::string(text, length) + fraction;
-}
-
 std::string CodeText(std::uint16_t code) {
     char text[16];
     std::snprintf(text, sizeof text, "%u=0x%04x", code, code);
@@ -66,9 +56,22 @@ std::string EntriesText(const DecodedFrame& decoded) {
 
 }  // namespace
 
+std::string TimeText(const std::timespec& time, const char* format) {
+    std::tm local{};
+    localtime_r(&time.tv_sec, &local);
+    char text[32];
+    const std::size_t length = std::strftime(text, sizeof text, format, &local);
+    char fraction[8];
+    std::snprintf(fraction, sizeof fraction, ".%03d", static_cast<int>(time.tv_nsec / 1'000'000 % 1000));
+    return std::string(text, length) + fraction;
+}
+
 std::string TextLine(const Arrival& arrival, const DecodedFrame& decoded) {
-    std::string line = TimeText(arrival.time, "%H:%M:%S") + ' ';
-    line += decoded.message != nullptr ? decoded.message->name : CodeText(decoded.code);
+    return TimeText(arrival.time, kClockFormat) + ' ' + UntimedLine(decoded);
+}
+
+std::string UntimedLine(const DecodedFrame& decoded) {
+    std::string line = decoded.message != nullptr ? decoded.message->name : CodeText(decoded.code);
     for (const DecodedField& field : decoded.fields) line += ' ' + field.name + '=' + field.value;
     if (decoded.isList) line += " [" + EntriesText(decoded) + ']';
     if (!decoded.document.empty()) line += ' ' + Printable(decoded.document);
@@ -81,7 +84,7 @@ std::string TextLine(const Arrival& arrival, const DecodedFrame& decoded) {
 std::string JsonLine(const Arrival& arrival, const DecodedFrame& decoded) {
     const std::unique_ptr<cJSON, void (*)(cJSON*)> owner(cJSON_CreateObject(), cJSON_Delete);
     cJSON* object = owner.get();
-    cJSON_AddStringToObject(object, "time", TimeText(arrival.time, "%Y-%m-%dT%H:%M:%S").c_str());
+    cJSON_AddStringToObject(object, "time", TimeText(arrival.time, kDateFormat).c_str());
     if (decoded.message != nullptr) cJSON_AddStringToObject(object, "message", decoded.message->name);
     cJSON_AddNumberToObject(object, "code", decoded.code);
     cJSON_AddNumberToObject(object, "sender", arrival.sender);

@@ -2,17 +2,22 @@
 
 #include <cstdio>
 #include <cstring>
-#include <ctime>
 
 #include "tools/zorctl/Commands.h"
 
-TakenMessage TakeApart(const SysVMessage& message, std::size_t length) {
+TakenMessage TakeApart(const SysVMessage& message, std::size_t length, const std::timespec& time) {
     TakenMessage taken{};
-    clock_gettime(CLOCK_REALTIME, &taken.arrival.time);
+    taken.arrival.time = time;
     if (length >= kProcessIdSize) std::memcpy(&taken.arrival.sender, message.text, kProcessIdSize);
     const std::size_t frameLength = length > kProcessIdSize ? length - kProcessIdSize : 0;
     taken.decoded = DecodeFrame(message.Frame(), frameLength);
     return taken;
+}
+
+TakenMessage TakeApart(const SysVMessage& message, std::size_t length) {
+    std::timespec now{};
+    clock_gettime(CLOCK_REALTIME, &now);
+    return TakeApart(message, length, now);
 }
 
 bool Print(const TakenMessage& taken, bool json) {
