@@ -24,6 +24,7 @@ EExit Complain(const char* format, ...) __attribute__((format(printf, 1, 2)));
 void AddInit(CLI::App& parent, EExit& result);
 void AddSet(CLI::App& parent, EExit& result);
 void AddGet(CLI::App& parent, EExit& result);
+void AddPlay(CLI::App& parent, EExit& result);
 void AddMainListen(CLI::App& parent, EExit& result);
 void AddMainSettings(CLI::App& parent, EExit& result);
 void AddMainHistory(CLI::App& parent, EExit& result);

@@ -66,6 +66,10 @@ TEST_F(Zorctl, ExitCodes) {
         {"main settings --on --off", 2},
         {"main settings --work 65536", 2},
         {"main listen --count 0", 2},
+        {"play", 2},
+        {"play x --speed 0", 2},
+        {"play x --quiet --json", 2},
+        {"play /nowhere", 1},
         {"init /proc/here --ports 1", 1},
         {"set yx 8192 1", 1},
         {"get dd 256", 1},
@@ -290,6 +294,29 @@ TEST_F(ZorctlHistory, AnswersAreToldFromOtherMessages) {
     EXPECT_EQ("A1_16 port=2 time=20230830010003\n", ask("2 2023-08-30 12"));
     EXPECT_THAT(ask("2 2023-08-29"), testing::EndsWith(" A1_16 body[0]=\n"));
     EXPECT_THAT(ask("2 2023-08-30 1 --json"), testing::HasSubstr(R"("time":"20230830010003","status":1)"));
+}
+
+TEST_F(ZorctlStation, PlayEndsWithWhatCameOfIt) {
+    const std::string file = std::string(kScratchDirectory) + "s.zor";
+    const auto play = [&file](const std::string& text, const std::string& options = "") {
+        WriteText(file, text);
+        return Call("play " + file + ' ' + options);
+    };
+    EXPECT_EQ(0, play("yx 5 on\nexpect no A1_14 within 0s").exit);
+    EXPECT_EQ(1, live.Signal(5));
+    const Outcome failed = play("expect A1_14 within 0s", "--loop --quiet");
+    EXPECT_EQ(1, failed.exit);
+    EXPECT_EQ("", failed.out);
+    EXPECT_EQ("zorctl: " + file + ":1: expect A1_14 within 0s: failed; came: no message\nzorctl: " + file +
+                  ": 1 failed\n",
+              failed.err);
+    const Outcome wrong = play("yx 6 on\njump\nport 9 plug");
+    EXPECT_EQ(2, wrong.exit);
+    EXPECT_EQ("zorctl: " + file + ":2:1: expected an action, found \"jump\"\nzorctl: " + file +
+                  ":3:6: expected a port from 0 to 8, found \"9\"\n",
+              wrong.err);
+    EXPECT_EQ(0, play("yx 6 on", "--check").exit);
+    EXPECT_EQ(0, live.Signal(6)) << "nothing of these is played";
 }
 
 }  // namespace
