@@ -37,6 +37,7 @@ class CStationProcess {
     // Sets the time for the next pass, seconds of UTC.
     void SetTime(std::int64_t seconds) { m_nowMicros = seconds * 1000000; }
     std::int64_t Time() const { return m_nowMicros / 1000000; }
+    std::int64_t Micros() const { return m_nowMicros; }
     // Makes msgget fail with this errno from the next pass on.
     void FailMsgget(int error) { m_msggetError = error; }
 
