@@ -60,7 +60,7 @@ using HistoryRun = CHistoryRun;
 
 // The head of a record of `hour`, counted from the midnight before the start (5 March 2024).
 std::string Head(int port, int hour, int status) {
-    char text[32];
+    char text[64];
     std::snprintf(text, sizeof text, "%02d 00 00 %02d %02d 03 24 20 %02d", port, hour % 24, 5 + hour / 24,
                   status);
     return text;

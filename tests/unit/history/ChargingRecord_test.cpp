@@ -180,7 +180,7 @@ TEST_F(HistoryRequest, RowsThatFitNoRecord) {
     EXPECT_EQ(std::string(20, '1'), records[0].fretime);
     EXPECT_EQ("2023-08-30 09:" + std::string(16, '7'), records[0].collecttime);
     EXPECT_EQ(2147483647, records[0].tradeelec);
-    EXPECT_EQ(9223372036854775807, records[0].mvalue);
+    EXPECT_EQ(9223372036854775807, std::int64_t{records[0].mvalue});  // a copy: the record is packed
     EXPECT_EQ(ERecordStatus::None, records[1].status);
     count = 0;
     runtime.ReadDBSingleYCdata("2023-08-30", 1, 10, records, count);
