@@ -86,8 +86,6 @@ EExit SendCommand(const Frame& frame, double wait) {
     return sent ? EExit::Done : EExit::Failed;
 }
 
-void AddWait(CLI::App& command, double& wait) {
-    command.add_option("--wait", wait, "Seconds to wait for the queue, and for room in it")
-        ->capture_default_str()
-        ->check(CLI::Range(0.0, 1e9));
+void AddSeconds(CLI::App& command, const char* name, double& seconds, const char* help) {
+    command.add_option(name, seconds, help)->capture_default_str()->check(CLI::Range(0.0, 1e9));
 }

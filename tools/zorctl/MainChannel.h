@@ -53,5 +53,5 @@ class CMainChannel {
 
 // Sends one command as zor_main, waiting up to `wait` seconds for the queue and for room in it.
 EExit SendCommand(const Frame& frame, double wait);
-// The option that says how long.
-void AddWait(CLI::App& command, double& wait);
+// An option for a time in seconds, 0 or more.
+void AddSeconds(CLI::App& command, const char* name, double& seconds, const char* help);

@@ -131,9 +131,7 @@ void AddMainHistory(CLI::App& parent, EExit& result) {
         ->capture_default_str()
         ->transform(WithoutLeadingZeros, "")
         ->check(CLI::Range(0, kWholeDay));
-    command->add_option("--seconds", options->seconds, "How long to wait for the queue and the answers")
-        ->capture_default_str()
-        ->check(CLI::Range(0.0, 1e9));
+    AddSeconds(*command, "--seconds", options->seconds, "How long to wait for the queue and the answers");
     command->add_flag("--json", options->json, "One JSON object per line");
     command->footer("Takes other messages to zor_main from the queue too, without printing them.");
     command->callback([options, &result] { result = AskForHistory(*options); });
@@ -147,6 +145,6 @@ void AddMainAck(CLI::App& parent, EExit& result) {
     command->add_option("RESULT", options->result, "ok: resend it no more; reject: resend nothing for now")
         ->required()
         ->check(CLI::IsMember({"ok", "reject"}));
-    AddWait(*command, options->wait);
+    AddSeconds(*command, "--wait", options->wait, "Seconds to wait for the queue, and for room in it");
     command->callback([options, &result] { result = Acknowledge(*options); });
 }

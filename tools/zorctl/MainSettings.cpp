@@ -36,6 +36,6 @@ void AddMainSettings(CLI::App& parent, EExit& result) {
     AddInterval(*command, "--idle", settings.idle, "Seconds between idle status reports");
     AddInterval(*command, "--snapshot", settings.snapshot, "Seconds between full signal snapshots");
     AddInterval(*command, "--long", settings.longInterval, "Minutes of the long interval");
-    AddWait(*command, options->wait);
+    AddSeconds(*command, "--wait", options->wait, "Seconds to wait for the queue, and for room in it");
     command->callback([options, &result] { result = SendSettings(*options); });
 }
