@@ -17,6 +17,16 @@ int CSqliteDb::Open(const char* path, int busyTimeoutMs) {
     return result;
 }
 
+int CSqliteDb::OpenForReading(const char* path, int busyTimeoutMs) {
+    Close();
+    const int result = sqlite3_open_v2(path, &m_handle, SQLITE_OPEN_READONLY, nullptr);
+    if (result == SQLITE_OK)
+        sqlite3_busy_timeout(m_handle, busyTimeoutMs);
+    else
+        Close();
+    return result;
+}
+
 void CSqliteDb::OpenOrExit(const char* path) {
     if (Open(path, kBusyAtStartUpMs) != SQLITE_OK) std::exit(0);
 }

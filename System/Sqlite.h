@@ -21,6 +21,9 @@ class CSqliteDb {
     // "Can't open database: ..." on standard error. Returns SQLite's result code, SQLITE_OK (0) on success.
     int Open(const char* path, int busyTimeoutMs);
 
+    // Opens a file that exists, for reading only: creates nothing, and says nothing on failure.
+    int OpenForReading(const char* path, int busyTimeoutMs);
+
     // As Open; a failure also ends the process with exit status 0. Start-up steps cannot go on without their
     // file.
     void OpenOrExit(const char* path);

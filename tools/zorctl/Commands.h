@@ -22,6 +22,7 @@ EExit Complain(const char* format, ...) __attribute__((format(printf, 1, 2)));
 // Each adds its subcommand below `parent`. A chosen subcommand runs while the command line is parsed and
 // leaves its result in `result`, which must outlive the parsing.
 void AddInit(CLI::App& parent, EExit& result);
+void AddExport(CLI::App& parent, EExit& result);
 void AddSet(CLI::App& parent, EExit& result);
 void AddGet(CLI::App& parent, EExit& result);
 void AddPlay(CLI::App& parent, EExit& result);

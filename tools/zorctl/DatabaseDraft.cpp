@@ -54,16 +54,6 @@ CRowWriter& CRowWriter::Text(const char* value) {
     return *this;
 }
 
-CRowWriter& CRowWriter::Whole(int value) {
-    sqlite3_bind_int(m_statement, ++m_column, value);
-    return *this;
-}
-
-CRowWriter& CRowWriter::Real(double value) {
-    sqlite3_bind_double(m_statement, ++m_column, value);
-    return *this;
-}
-
 void CRowWriter::End() {
     m_column = 0;
     if (!m_draft.m_trouble.empty()) return;

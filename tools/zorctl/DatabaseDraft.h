@@ -34,7 +34,8 @@ class CDatabaseDraft {
     std::string m_trouble;
 };
 
-// Fills a table of a draft row by row: one Text, Whole or Real per column, in order, then End.
+// Fills a table of a draft row by row: one Text per column, in order, then End;
+// SQLite makes numbers of them where the column holds numbers.
 class CRowWriter {
   public:
     // `sql` is an INSERT with one '?' per column.
@@ -44,8 +45,6 @@ class CRowWriter {
     CRowWriter& operator=(const CRowWriter&) = delete;
 
     CRowWriter& Text(const char* value);
-    CRowWriter& Whole(int value);
-    CRowWriter& Real(double value);
     void End();
 
   private:

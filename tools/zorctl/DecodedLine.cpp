@@ -5,7 +5,7 @@
 #include <cstdio>
 #include <memory>
 
-#include "tools/zorctl/HexText.h"
+#include "tools/zorctl/PlainText.h"
 
 namespace {
 
@@ -13,16 +13,6 @@ std::string CodeText(std::uint16_t code) {
     char text[16];
     std::snprintf(text, sizeof text, "%u=0x%04x", code, code);
     return text;
-}
-
-// What a terminal could take for a command is shown as its value.
-std::string Printable(const std::string& text) {
-    std::string out;
-    for (const char c : text) {
-        const auto byte = static_cast<std::uint8_t>(c);
-        out += byte < 0x20 || byte == 0x7F ? "\\x" + HexText(&byte, 1) : std::string(1, c);
-    }
-    return out;
 }
 
 cJSON* JsonValue(const DecodedField& field) {

@@ -10,6 +10,7 @@ void AddCommands(CLI::App& app, EExit& result) {
     app.require_subcommand(1);
     app.set_version_flag("--version", ZOR_VERSION);
     AddInit(app, result);
+    AddExport(app, result);
     AddSet(app, result);
     AddGet(app, result);
     AddPlay(app, result);

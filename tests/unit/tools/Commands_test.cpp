@@ -4,39 +4,18 @@
 #include <sys/msg.h>
 #include <sys/shm.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <regex>
-#include <sstream>
 
 #include "System/AppFiles.h"
 #include "app/ConfigDatabase.h"
 #include "ipc/SettingsCommand.h"
 #include "points/PortNumbering.h"
 #include "reports/Messages.h"
+#include "tests/support/CallZorctl.h"
 #include "tests/unit/history/HistoryTest.h"
 
 namespace {
-
-struct Outcome {
-    int exit;
-    std::string out;
-    std::string err;
-};
-
-// Runs zorctl with the words of `line`.
-Outcome Call(const std::string& line) {
-    std::istringstream words("zorctl " + line);
-    std::vector<std::string> arguments;
-    for (std::string word; words >> word;) arguments.push_back(word);
-    std::vector<const char*> pointers(arguments.size());
-    std::transform(arguments.begin(), arguments.end(), pointers.begin(),
-                   [](const std::string& argument) { return argument.c_str(); });
-    Outcome outcome{};
-    const Captured captured =
-        Capture([&] { outcome.exit = RunZorctl(static_cast<int>(pointers.size()), pointers.data()); });
-    return {outcome.exit, captured.out, captured.err};
-}
 
 const std::string kDirectory = kAppDirectory;
 using Zorctl = CEmptyStationTest;
@@ -63,6 +42,9 @@ TEST_F(Zorctl, ExitCodes) {
         {"set equipment 44454647484950", 2},
         {"init /mnt/nandflash/app --ports 0", 2},
         {"init /mnt/nandflash/app --ports 9", 2},
+        {"export", 2},
+        {"export /mnt/nandflash/app", 2},
+        {"export /mnt/nandflash/app --yx --yc", 2},
         {"main settings --on --off", 2},
         {"main settings --work 65536", 2},
         {"main listen --count 0", 2},
@@ -71,6 +53,7 @@ TEST_F(Zorctl, ExitCodes) {
         {"play x --quiet --json", 2},
         {"play /nowhere", 1},
         {"init /proc/here --ports 1", 1},
+        {"export /mnt/nandflash/app --yx", 1},
         {"set yx 8192 1", 1},
         {"get dd 256", 1},
         {"main history 1 2023-8-30", 2},

@@ -1,0 +1,78 @@
+// zorctl export: the point settings as the CSV that init takes; reads only.
+#include <CLI/CLI.hpp>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+#include <string>
+
+#include "System/AppFiles.h"
+#include "System/Sqlite.h"
+#include "tools/zorctl/Commands.h"
+#include "tools/zorctl/PointCsv.h"
+#include "tools/zorctl/StationReading.h"
+
+namespace {
+
+// An option without a file, or "-" for one.
+bool IsStandardOutput(const std::string& path) {
+    return path.empty() || path == "-";
+}
+
+struct ExportOptions {
+    std::string directory;
+    std::string yxFile;
+    std::string ycFile;
+};
+
+EExit WriteOut(const std::string& path, const std::string& text) {
+    const bool toFile = !IsStandardOutput(path);
+    std::FILE* file = toFile ? std::fopen(path.c_str(), "wb") : stdout;
+    if (file == nullptr) return Complain("%s: %s", path.c_str(), std::strerror(errno));
+    bool written = std::fwrite(text.data(), 1, text.size(), file) == text.size();
+    written = (toFile ? std::fclose(file) : std::fflush(file)) == 0 && written;
+    return written ? EExit::Done : Complain("%s: %s", path.c_str(), std::strerror(errno));
+}
+
+EExit ExportTable(CSqliteDb& database, const PointTable& table, const std::string& path) {
+    const CSqliteTable settings(database, table.select);
+    if (!settings.Ok()) return Complain("%s: %s", kPointSettingFile, settings.Error());
+    if (settings.Rows() > 0 && settings.Columns() < static_cast<int>(table.width))
+        return Complain("%s: table of %s has %d columns, %zu expected", kPointSettingFile, table.name,
+                        settings.Columns(), table.width);
+    return WriteOut(path, WritePointCsv(table, settings));
+}
+
+EExit Export(const ExportOptions& options, bool yx, bool yc) {
+    if (!yx && !yc) {
+        Complain("name a table: --yx, --yc or both");
+        return EExit::WrongUse;
+    }
+    if (yx && yc && IsStandardOutput(options.yxFile) && IsStandardOutput(options.ycFile)) {
+        Complain("standard output takes one table: name a file for the other");
+        return EExit::WrongUse;
+    }
+    CSqliteDb database;
+    if (!OpenToRead(database, options.directory, kPointSettingFile)) return EExit::Failed;
+    EExit result = yx ? ExportTable(database, YxTable(), options.yxFile) : EExit::Done;
+    if (yc && result == EExit::Done) result = ExportTable(database, YcTable(), options.ycFile);
+    return result;
+}
+
+}  // namespace
+
+void AddExport(CLI::App& parent, EExit& result) {
+    auto options = std::make_shared<ExportOptions>();
+    CLI::App* command = parent.add_subcommand("export", "Write the point settings in DIR as CSV");
+    command->add_option("DIR", options->directory, "Directory of the databases")->required();
+    const auto* yx =
+        command->add_option("--yx", options->yxFile, "The status points, to FILE or standard output")
+            ->expected(0, 1)
+            ->type_name("[FILE]");
+    const auto* yc =
+        command->add_option("--yc", options->ycFile, "The telemetry points, to FILE or standard output")
+            ->expected(0, 1)
+            ->type_name("[FILE]");
+    command->callback(
+        [options, yx, yc, &result] { result = Export(*options, yx->count() > 0, yc->count() > 0); });
+}
