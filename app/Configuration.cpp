@@ -5,9 +5,6 @@
 #include "app/ConfigDatabase.h"
 #include "app/RuntimeData.h"
 
-namespace {
-
-// Every row that has both a name and a value, as "name=value".
 void CollectEntries(const CSqliteTable& table, CStringList& entries) {
     for (int row = 0; row < table.Rows(); ++row) {
         const char* name = table.Cell(row, 0);
@@ -20,11 +17,16 @@ void CollectEntries(const CSqliteTable& table, CStringList& entries) {
     }
 }
 
-int InRange(std::uint32_t count) {
+int PortCountIn(const CStringList& entries) {
+    std::uint32_t count = 0;
+    CStringList pieces;
+    for (int i = 0; i < entries.Count(); ++i) {
+        pieces.Clear();
+        CStringList::Split(entries.At(i), "=", pieces);
+        if (pieces.At(0) == kPortCountEntry) count = pieces.At(1).ToUnsigned();
+    }
     return count >= 1 && count <= kMaxPorts ? static_cast<int>(count) : 1;
 }
-
-}  // namespace
 
 int CRuntimeData::GetPort(const std::string& path) {
     CSqliteDb database;
@@ -36,14 +38,7 @@ int CRuntimeData::GetPort(const std::string& path) {
 
     CStringList entries;
     CollectEntries(table, entries);
-    std::uint32_t count = 0;
-    CStringList pieces;
-    for (int i = 0; i < entries.Count(); ++i) {
-        CDiagLine(__func__).Print("%s", entries.At(i).c_str());
-        pieces.Clear();
-        CStringList::Split(entries.At(i), "=", pieces);
-        if (pieces.At(0) == kPortCountEntry) count = pieces.At(1).ToUnsigned();
-    }
-    m_portCount = InRange(count);
+    for (int i = 0; i < entries.Count(); ++i) CDiagLine(__func__).Print("%s", entries.At(i).c_str());
+    m_portCount = PortCountIn(entries);
     return m_portCount;
 }
