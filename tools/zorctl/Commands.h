@@ -26,6 +26,7 @@ void AddExport(CLI::App& parent, EExit& result);
 void AddSet(CLI::App& parent, EExit& result);
 void AddGet(CLI::App& parent, EExit& result);
 void AddPlay(CLI::App& parent, EExit& result);
+void AddLog(CLI::App& parent, EExit& result);
 void AddMainListen(CLI::App& parent, EExit& result);
 void AddMainSettings(CLI::App& parent, EExit& result);
 void AddMainHistory(CLI::App& parent, EExit& result);

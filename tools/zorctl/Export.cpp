@@ -53,7 +53,9 @@ EExit Export(const ExportOptions& options, bool yx, bool yc) {
         return EExit::WrongUse;
     }
     CSqliteDb database;
-    if (!OpenToRead(database, options.directory, kPointSettingFile)) return EExit::Failed;
+    if (const std::string trouble = OpenToRead(database, options.directory, kPointSettingFile);
+        !trouble.empty())
+        return Complain("%s", trouble.c_str());
     EExit result = yx ? ExportTable(database, YxTable(), options.yxFile) : EExit::Done;
     if (yc && result == EExit::Done) result = ExportTable(database, YcTable(), options.ycFile);
     return result;

@@ -1,18 +1,51 @@
 #include "tools/zorctl/StationReading.h"
 
+#include <cinttypes>
+#include <cstdint>
 #include <filesystem>
+#include <limits>
 
+#include "System/AppFiles.h"
+#include "System/Numbers.h"
 #include "System/Sqlite.h"
-#include "tools/zorctl/Commands.h"
+#include "System/StringToolkit.h"
+#include "app/ConfigDatabase.h"
 
-bool OpenToRead(CSqliteDb& database, const std::string& directory, const char* file) {
+std::string OpenToRead(CSqliteDb& database, const std::string& directory, const char* file) {
     const std::string path = (std::filesystem::path(directory) / file).string();
     std::error_code error;
-    if (!std::filesystem::exists(path, error)) {
-        Complain("%s: %s", path.c_str(), error ? error.message().c_str() : "not there");
-        return false;
+    if (!std::filesystem::exists(path, error)) return path + ": " + (error ? error.message() : "not there");
+    const bool opened = database.OpenForReading(path.c_str(), kBusyAtStartUpMs) == SQLITE_OK;
+    return opened ? "" : path + ": cannot be opened";
+}
+
+std::string ReadPortCount(const std::string& directory, int& ports) {
+    CSqliteDb database;
+    if (std::string trouble = OpenToRead(database, directory, kConfigFile); !trouble.empty()) return trouble;
+    database.Key(kConfigKey, kConfigKeyLength);
+    const CSqliteTable table(database, kSelectSystem);
+    if (!table.Ok()) return std::string(kConfigFile) + ": " + table.Error();
+    CStringList entries;
+    CollectEntries(table, entries);
+    ports = PortCountIn(entries);
+    return "";
+}
+
+std::string ReadNewestFirst(CSqliteDb& database, const char* table,
+                            const std::function<bool(const CSqliteTable& page, int row)>& take) {
+    constexpr int kPageRows = 500;
+    std::int64_t before = std::numeric_limits<std::int64_t>::max();
+    for (;;) {
+        CSqlText<128> sql;
+        sql.Format("select * from %s where id < %" PRId64 " order by id desc limit %d", table, before,
+                   kPageRows);
+        const CSqliteTable page(database, sql);
+        if (!page.Ok()) return page.Error();
+        for (int row = 0; row < page.Rows(); ++row)
+            if (!take(page, row)) return "";
+        const std::int64_t last = ParseInt64(page.Cell(page.Rows() - 1, 0));
+        // An id that is no number leads nowhere.
+        if (page.Rows() < kPageRows || last >= before) return "";
+        before = last;
     }
-    if (database.OpenForReading(path.c_str(), kBusyAtStartUpMs) == SQLITE_OK) return true;
-    Complain("%s: cannot be opened", path.c_str());
-    return false;
 }

@@ -14,6 +14,7 @@ void AddCommands(CLI::App& app, EExit& result) {
     AddSet(app, result);
     AddGet(app, result);
     AddPlay(app, result);
+    AddLog(app, result);
     CLI::App* peer = app.add_subcommand("main", "Play zor_main: read messages, send commands");
     peer->require_subcommand(1);
     AddMainListen(*peer, result);
