@@ -52,6 +52,11 @@ enum EHistoryColumn {
     kHistoryK2Cnt
 };
 
+// True for the send count of a record that is to be sent, again, until zor_main acknowledges it.
+constexpr bool IsPending(int sendCount) {
+    return sendCount >= 1 && sendCount < 6;
+}
+
 // Fills `record` from a row and prints the row's main values as lines of `operation`. A NULL leaves its field
 // as it was, a text is cut to its field. The status becomes Found.
 void FillRecord(YcHistoryRecord& record, const CSqliteTable& table, int row, const char* operation);

@@ -27,6 +27,7 @@ void AddSet(CLI::App& parent, EExit& result);
 void AddGet(CLI::App& parent, EExit& result);
 void AddPlay(CLI::App& parent, EExit& result);
 void AddLog(CLI::App& parent, EExit& result);
+void AddStatus(CLI::App& parent, EExit& result);
 void AddMainListen(CLI::App& parent, EExit& result);
 void AddMainSettings(CLI::App& parent, EExit& result);
 void AddMainHistory(CLI::App& parent, EExit& result);

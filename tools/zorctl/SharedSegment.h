@@ -1,6 +1,27 @@
-// Whether there is shared memory to look at, without making it: attaching through the library would create
-// it.
+// What can be told of the shared memory without making it: attaching through the library would create it.
 #pragma once
 
-// True when the station's shared memory exists. The build picks the implementation that fits the library.
-bool SharedSegmentExists();
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+struct SharedSegmentState {
+    bool known = false;  // false where only the unit's closed library knows; nothing else is filled then
+    bool present = false;
+    int key = 0;
+    unsigned long id = 0;
+    std::size_t size = 0;
+    unsigned long attached = 0;  // how many times
+    std::int32_t creator = 0;    // process id
+    std::uint32_t version = 0;   // of its header
+    std::string trouble;         // why the library would not take it, empty when it would
+};
+
+// The build picks the implementation that fits the library.
+SharedSegmentState LookAtSharedSegment();
+
+// True when there are live values to look at.
+inline bool SharedSegmentExists() {
+    const SharedSegmentState state = LookAtSharedSegment();
+    return !state.known || state.present;
+}

@@ -15,6 +15,7 @@ void AddCommands(CLI::App& app, EExit& result) {
     AddGet(app, result);
     AddPlay(app, result);
     AddLog(app, result);
+    AddStatus(app, result);
     CLI::App* peer = app.add_subcommand("main", "Play zor_main: read messages, send commands");
     peer->require_subcommand(1);
     AddMainListen(*peer, result);
