@@ -1,16 +1,23 @@
 // zorctl get: live values as they stand; a missing segment stays missing.
+#include <cjson/cJSON.h>
+
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cinttypes>
+#include <cmath>
 #include <cstdio>
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "tools/zorctl/BenchShm.h"
 #include "tools/zorctl/Commands.h"
 #include "tools/zorctl/HexText.h"
 #include "tools/zorctl/LivePlace.h"
+#include "tools/zorctl/PlainText.h"
+#include "tools/zorctl/PointNames.h"
 #include "tools/zorctl/SharedSegment.h"
 
 namespace {
@@ -130,11 +137,85 @@ void AddGetEquipment(CLI::App& parent, EExit& result) {
     });
 }
 
+// What a point holds, as the names and texts of its parts.
+using Parts = std::vector<std::pair<const char*, std::string>>;
+
+std::string RealText(float value, const char* format) {
+    char text[32];
+    std::snprintf(text, sizeof text, format, static_cast<double>(value));
+    return text;
+}
+
+// Empty where there is no such entry.
+Parts PartsOf(CBenchShm& shm, const NamedPoint& point) {
+    if (point.table != ELiveTable::Yc) {
+        const auto state = shm.State(point.table, point.index);
+        return state ? Parts{{"state", std::to_string(*state)}} : Parts{};
+    }
+    const auto yc = shm.Yc(point.index);
+    if (!yc) return {};
+    return {{"raw", std::to_string(yc->raw)},
+            {"coefficient", RealText(yc->coefficient, "%.9g")},
+            {"value", RealText(static_cast<float>(yc->raw) * yc->coefficient, "%.7g")},
+            {"text", AreaText(yc->area)}};
+}
+
+std::string NamedText(const NamedPoint& point, const Parts& parts) {
+    std::string line = std::string(TableName(point.table)) + ' ' + std::to_string(point.index) + " \"" +
+                       Printable(point.name) + '"';
+    for (const auto& [name, text] : parts)
+        line += std::string(" ") + name + '=' + (name == std::string("text") ? '"' + text + '"' : text);
+    return line;
+}
+
+std::string NamedJson(const NamedPoint& point, const Parts& parts) {
+    const std::unique_ptr<cJSON, void (*)(cJSON*)> owner(cJSON_CreateObject(), cJSON_Delete);
+    cJSON* object = owner.get();
+    cJSON_AddStringToObject(object, "table", TableName(point.table));
+    cJSON_AddNumberToObject(object, "index", point.index);
+    cJSON_AddStringToObject(object, "name", AsUtf8(point.name).c_str());
+    cJSON_AddNumberToObject(object, "port", point.port);
+    for (const auto& [name, text] : parts) {
+        const bool isText = name == std::string("text");
+        // A coefficient can be infinite or no number at all, which JSON has no way to write.
+        cJSON* item = isText                                              ? cJSON_CreateString(text.c_str())
+                      : std::isfinite(std::strtod(text.c_str(), nullptr)) ? cJSON_CreateRaw(text.c_str())
+                                                                          : cJSON_CreateNull();
+        cJSON_AddItemToObject(object, name, item);
+    }
+    const std::unique_ptr<char, void (*)(void*)> text(cJSON_PrintUnformatted(object), cJSON_free);
+    return text != nullptr ? text.get() : "";
+}
+
+EExit GetNamed(const NamedPlace& place, bool json) {
+    if (place.name.empty()) {
+        Complain("get takes a table, or the name of a point; see --help");
+        return EExit::WrongUse;
+    }
+    NamedPoint point{};
+    const std::string trouble = FindPoint(place.directory, place.name, place.port, point);
+    if (!trouble.empty()) return Complain("%s", trouble.c_str());
+    return Read(std::string(TableName(point.table)) + ' ' + std::to_string(point.index),
+                [&point, json](CBenchShm& shm) {
+                    const Parts parts = PartsOf(shm, point);
+                    if (!parts.empty())
+                        std::puts((json ? NamedJson(point, parts) : NamedText(point, parts)).c_str());
+                    return !parts.empty();
+                });
+}
+
 }  // namespace
 
 void AddGet(CLI::App& parent, EExit& result) {
     CLI::App* get = parent.add_subcommand("get", "Print a live value; creates nothing");
-    get->require_subcommand(1);
+    get->require_subcommand(0, 1);
+    auto place = std::make_shared<NamedPlace>();
+    auto json = std::make_shared<bool>(false);
+    AddNamedPlace(*get, *place);
+    get->add_flag("--json", *json, "A named point as one JSON object");
+    get->callback([get, place, json, &result] {
+        if (get->get_subcommands().empty()) result = GetNamed(*place, *json);
+    });
     AddGetSignal(*get, "yx", ELiveTable::Yx, "A status point", result);
     AddGetSignal(*get, "yx2", ELiveTable::Yx2, "A status point of the second table", result);
     AddGetYc(*get, result);

@@ -1,5 +1,7 @@
 // zorctl set: live values, as the acquisition side writes them.
 #include <CLI/CLI.hpp>
+#include <charconv>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
@@ -8,6 +10,8 @@
 #include "tools/zorctl/Commands.h"
 #include "tools/zorctl/HexText.h"
 #include "tools/zorctl/LivePlace.h"
+#include "tools/zorctl/PlainText.h"
+#include "tools/zorctl/PointNames.h"
 
 namespace {
 
@@ -142,12 +146,59 @@ void AddSetEquipment(CLI::App& parent, EExit& result) {
     });
 }
 
+// True for the whole of `text` as a number in the range.
+bool ReadWhole(const std::string& text, std::int64_t least, std::int64_t most, std::int64_t& value) {
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    return error == std::errc() && end == text.data() + text.size() && value >= least && value <= most;
+}
+
+EExit WrongValue(const std::string& value, const char* expected) {
+    Complain("'%s': %s expected", value.c_str(), expected);
+    return EExit::WrongUse;
+}
+
+EExit SetSignal(const NamedPoint& point, const std::string& value) {
+    const std::string word = LowerCase(value);
+    std::int64_t state = word == "on" ? 1 : 0;
+    if (word != "on" && word != "off" && !ReadWhole(value, 0, UINT8_MAX, state))
+        return WrongValue(value, "on, off or a state from 0 to 255");
+    return Written(CBenchShm().SetState(point.table, point.index, static_cast<std::uint8_t>(state)),
+                   TableName(point.table), point.index);
+}
+
+EExit SetTelemetry(const NamedPoint& point, const std::string& value) {
+    std::int64_t raw = 0;
+    if (!ReadWhole(value, INT32_MIN, UINT32_MAX, raw)) return WrongValue(value, "a raw value");
+    YcChange change;
+    change.raw = static_cast<std::uint32_t>(raw);
+    return Written(CBenchShm().SetYc(point.index, change), TableName(point.table), point.index);
+}
+
+EExit SetNamed(const NamedPlace& place, const std::string& value) {
+    if (place.name.empty() || value.empty()) {
+        Complain("set takes a table, or the name of a point and its value; see --help");
+        return EExit::WrongUse;
+    }
+    NamedPoint point{};
+    const std::string trouble = FindPoint(place.directory, place.name, place.port, point);
+    if (!trouble.empty()) return Complain("%s", trouble.c_str());
+    return point.table == ELiveTable::Yc ? SetTelemetry(point, value) : SetSignal(point, value);
+}
+
 }  // namespace
 
 void AddSet(CLI::App& parent, EExit& result) {
     CLI::App* set =
         parent.add_subcommand("set", "Write a live value; creates the shared memory if it is missing");
-    set->require_subcommand(1);
+    set->require_subcommand(0, 1);
+    auto place = std::make_shared<NamedPlace>();
+    auto value = std::make_shared<std::string>();
+    AddNamedPlace(*set, *place);
+    set->add_option("VALUE", *value,
+                    "State of a status point (0 to 255, on, off), raw value of a telemetry point");
+    set->callback([set, place, value, &result] {
+        if (set->get_subcommands().empty()) result = SetNamed(*place, *value);
+    });
     AddSetSignal(*set, "yx", ELiveTable::Yx, "A status point", result);
     AddSetSignal(*set, "yx2", ELiveTable::Yx2, "A status point of the second table", result);
     AddSetYc(*set, result);
