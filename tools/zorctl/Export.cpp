@@ -36,7 +36,7 @@ EExit WriteOut(const std::string& path, const std::string& text) {
 
 EExit ExportTable(CSqliteDb& database, const PointTable& table, const std::string& path) {
     const CSqliteTable settings(database, table.select);
-    if (!settings.Ok()) return Complain("%s: %s", kPointSettingFile, settings.Error());
+    if (!settings.Ok()) return Complain("%s: %s", kPointSettingFile, WhyNot(settings).c_str());
     if (settings.Rows() > 0 && settings.Columns() < static_cast<int>(table.width))
         return Complain("%s: table of %s has %d columns, %zu expected", kPointSettingFile, table.name,
                         settings.Columns(), table.width);

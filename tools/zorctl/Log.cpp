@@ -47,7 +47,7 @@ std::string ReadColumns(CSqliteDb& database, const LogKind& kind, Rows& rows) {
     CSqlText<64> sql;
     sql.Format("pragma table_info(%s)", kind.table);
     const CSqliteTable columns(database, sql);
-    if (!columns.Ok()) return columns.Error();
+    if (!columns.Ok()) return WhyNot(columns);
     if (columns.Rows() == 0) return std::string("no table ") + kind.table;
     for (int i = 0; i < columns.Rows(); ++i) {
         const std::string name = columns.Cell(i, 1);

@@ -73,7 +73,7 @@ std::string CPointNames::Load(const std::string& directory) {
 
 std::string CPointNames::LoadYx(CSqliteDb& database) {
     const CSqliteTable table(database, kSelectYxDc);
-    if (!table.Ok()) return table.Error();
+    if (!table.Ok()) return WhyNot(table);
     for (int row = 0; row < table.Rows(); ++row) {
         std::list<YxPointRecord> records;  // the row's own, then its copies
         AppendYxPoint(records, ParseYxRow(table, row), m_portCount);
@@ -88,7 +88,7 @@ std::string CPointNames::LoadYx(CSqliteDb& database) {
 // finds a port's value by its number alone. So points of one name that lie whole ports apart are one point.
 std::string CPointNames::LoadYc(CSqliteDb& database) {
     const CSqliteTable table(database, kSelectYcDc);
-    if (!table.Ok()) return table.Error();
+    if (!table.Ok()) return WhyNot(table);
     std::list<YcGroup> groups;
     for (int row = 0; row < table.Rows(); ++row) AppendYcPoint(groups, ParseYcRow(table, row), m_portCount);
     std::map<std::pair<std::string, int>, std::vector<int>> numbers;

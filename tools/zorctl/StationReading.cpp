@@ -11,6 +11,13 @@
 #include "System/StringToolkit.h"
 #include "app/ConfigDatabase.h"
 
+std::string WhyNot(const CSqliteTable& failed) {
+    // A reader may not undo what a dead writer has left half done.
+    if (failed.Result() == SQLITE_READONLY)
+        return "a write was broken off; readable again once zor_runtime has opened the file";
+    return failed.Error();
+}
+
 std::string OpenToRead(CSqliteDb& database, const std::string& directory, const char* file) {
     const std::string path = (std::filesystem::path(directory) / file).string();
     std::error_code error;
@@ -24,7 +31,7 @@ std::string ReadPortCount(const std::string& directory, int& ports) {
     if (std::string trouble = OpenToRead(database, directory, kConfigFile); !trouble.empty()) return trouble;
     database.Key(kConfigKey, kConfigKeyLength);
     const CSqliteTable table(database, kSelectSystem);
-    if (!table.Ok()) return std::string(kConfigFile) + ": " + table.Error();
+    if (!table.Ok()) return std::string(kConfigFile) + ": " + WhyNot(table);
     CStringList entries;
     CollectEntries(table, entries);
     ports = PortCountIn(entries);
@@ -40,7 +47,7 @@ std::string ReadNewestFirst(CSqliteDb& database, const char* table,
         sql.Format("select * from %s where id < %" PRId64 " order by id desc limit %d", table, before,
                    kPageRows);
         const CSqliteTable page(database, sql);
-        if (!page.Ok()) return page.Error();
+        if (!page.Ok()) return WhyNot(page);
         for (int row = 0; row < page.Rows(); ++row)
             if (!take(page, row)) return "";
         const std::int64_t last = ParseInt64(page.Cell(page.Rows() - 1, 0));

@@ -7,6 +7,9 @@
 class CSqliteDb;
 class CSqliteTable;
 
+// Why a query failed, in words that help where SQLite's own do not.
+std::string WhyNot(const CSqliteTable& failed);
+
 // All of these return an empty text, or what went wrong.
 
 std::string OpenToRead(CSqliteDb& database, const std::string& directory, const char* file);

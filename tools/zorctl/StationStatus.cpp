@@ -34,7 +34,7 @@ std::string Query(const std::string& directory, const char* file, const char* se
     CSqliteDb database;
     if (std::string trouble = OpenToRead(database, directory, file); !trouble.empty()) return trouble;
     const CSqliteTable table(database, select);
-    if (!table.Ok()) return file + (": " + std::string(table.Error()));
+    if (!table.Ok()) return file + (": " + WhyNot(table));
     take(table);
     return "";
 }

@@ -50,7 +50,7 @@ std::vector<std::string> MemoryLines(const StationStatus& status) {
     const SharedSegmentState& memory = status.memory;
     if (!memory.known) return {"the unit's own; not looked into"};
     if (!memory.present) return {};
-    std::string attached = "attached " + std::to_string(memory.attached) + " times";
+    std::string attached = std::to_string(memory.attached) + " attached";
     for (const ProcessInfo& process : status.attached)
         attached += (&process == &status.attached.front() ? ": " : ", ") + std::to_string(process.id) + " (" +
                     Printable(process.name) + ')';

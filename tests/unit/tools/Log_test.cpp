@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <filesystem>
 
 #include "System/AppFiles.h"
 #include "events/EventDatabase.h"
@@ -130,6 +131,17 @@ TEST_F(ZorctlLog, ReadsOnly) {
     EXPECT_EQ("1 2", IdsOf(""));
     EXPECT_EQ(SQLITE_OK, writer.Exec("commit transaction")) << writer.Error();
     EXPECT_EQ("1 2 3", IdsOf(""));
+    // Half a change, copied from under its writer, is what the writer's sudden death leaves.
+    ASSERT_EQ(SQLITE_OK, writer.Exec("pragma cache_size = 1"));
+    ASSERT_EQ(SQLITE_OK, writer.Exec("begin immediate transaction"));
+    ASSERT_EQ(SQLITE_OK, writer.Exec("UPDATE tagSOE SET event = hex(zeroblob(100000))"));
+    std::filesystem::create_directory(AppFile("broken"));
+    for (const char* end : {"", "-journal"})
+        std::filesystem::copy(kEvents + end, AppFile("broken/") + kEventFile + end);
+    writer.Close();
+    EXPECT_EQ(
+        "zorctl: zorsoe.db: a write was broken off; readable again once zor_runtime has opened the file\n",
+        Call("log soe /mnt/nandflash/app/broken").err);
     WriteText(kEvents, "no database at all, and longer than a header would be, so that it is read as one");
     const Outcome broken = Call("log soe");
     EXPECT_EQ(1, broken.exit);

@@ -91,7 +91,7 @@ TEST_F(ZorctlStatusOfStation, Whole) {
                     "          last sent TIME by PID \\(zor_runtime\\)\n"
                     "          nothing taken yet\n"
                     "memory    0x5A53, 1229664 bytes, version 1, made by PID \\(zor_runtime\\)\n"
-                    "          attached [0-9]+ times: PID \\(zor_runtime\\)\n"
+                    "          [0-9]+ attached: PID \\(zor_runtime\\)\n"
                     "settings  2 ports, 23 status points, 65 telemetry points\n"
                     "event     last 2024-03-05 09:45:00 \\[Normal\\]Gun connected 0 -> 1, id 2\n"
                     "history   last record 2024-03-05 00:00:02; pending: port 1: 2, port 2: 1\n"));
