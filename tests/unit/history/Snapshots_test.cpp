@@ -22,7 +22,7 @@ class CSnapshots : public CHistoryTest {
     // Values of a port, every one of them different.
     void SetValues(int base, int counterBase) {
         for (const int point : {173, 192, 193, 194, 195, 153, 154, 156, 157, 158, 211, 212, 136, 177})
-            live.SetYc(base + point, static_cast<std::uint32_t>(0xA0000000 + point));
+            live.SetYc(base + point, 0xA0000000U + static_cast<std::uint32_t>(point));
         live.SetYc(base + 192, 4294967295U);
         live.SetYc(base + 136, 4294967295U);
         live.SetDd(counterBase, 0x0102030405060708);
