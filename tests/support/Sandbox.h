@@ -15,5 +15,16 @@ int RunInSandbox(const std::function<int()>& run);
 // segment.
 void CleanStation();
 
+// Base of a fixture: clean before and behind everything that the fixture holds.
+class CCleanBothEnds {
+  protected:
+    CCleanBothEnds() { CleanStation(); }
+    ~CCleanBothEnds() { CleanStation(); }
+
+  public:
+    CCleanBothEnds(const CCleanBothEnds&) = delete;
+    CCleanBothEnds& operator=(const CCleanBothEnds&) = delete;
+};
+
 // Scratch space beside the application directory, ending in '/'.
 inline constexpr char kScratchDirectory[] = "/mnt/nandflash/";

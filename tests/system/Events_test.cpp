@@ -41,13 +41,7 @@ class CMounted {
     std::string m_place;
 };
 
-// Empty before and behind everything that follows it.
-struct CleanBothEnds {
-    CleanBothEnds() { CleanStation(); }
-    ~CleanBothEnds() { CleanStation(); }
-};
-
-class CEventsStation : public testing::Test, CleanBothEnds {
+class CEventsStation : public testing::Test, CCleanBothEnds {
   protected:
     // A station with `points` status points, in falling order of their numbers. It has no configuration, and
     // so one port; deriving the key of one would take most of every start.

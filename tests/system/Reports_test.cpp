@@ -49,14 +49,7 @@ std::string Idle(int tick, int sequence) {
     return "A1_6 " + ToHex(text.data(), text.size());
 }
 
-// Cleans before a fixture's live values make their segment.
-class CCleanStation : public testing::Test {
-  protected:
-    CCleanStation() { CleanStation(); }
-    ~CCleanStation() override { CleanStation(); }
-};
-
-class CReports : public CCleanStation {
+class CReports : public testing::Test, CCleanBothEnds {
   protected:
     CReports() {
         MakeConfig(2);

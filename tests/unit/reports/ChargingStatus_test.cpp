@@ -114,7 +114,7 @@ TEST_F(ChargingStatus, WholeBody) {
 }
 
 TEST(YcConversion, Edges) {
-    constexpr auto U = EYcForm::U, S = EYcForm::S, A = EYcForm::A, AS = EYcForm::AS, N = EYcForm::N;
+    using F = EYcForm;
     constexpr std::uint32_t kMax = 0xFFFFFFFF;
     constexpr float kInfinite = INFINITY;
     const struct {
@@ -124,26 +124,26 @@ TEST(YcConversion, Edges) {
         std::vector<std::pair<EYcForm, std::uint32_t>> results;
     } kCases[] = {
         // Product cut before the sum, or after it.
-        {3, 0.5F, 10, {{U, 11}, {S, 11}, {A, 11}, {AS, 11}, {N, 8}}},
-        {3, -0.5F, 10, {{U, 10}, {S, 9}, {A, 8}, {AS, 8}, {N, 11}}},
-        {2000, -1, 10, {{U, 10}, {S, 10U - 2000U}, {A, 0}, {AS, 0}, {N, 2010}}},
+        {3, 0.5F, 10, {{F::U, 11}, {F::S, 11}, {F::A, 11}, {F::AS, 11}, {F::N, 8}}},
+        {3, -0.5F, 10, {{F::U, 10}, {F::S, 9}, {F::A, 8}, {F::AS, 8}, {F::N, 11}}},
+        {2000, -1, 10, {{F::U, 10}, {F::S, 10U - 2000U}, {F::A, 0}, {F::AS, 0}, {F::N, 2010}}},
         // The integer sum is exact and wraps, the float sum rounds and saturates.
-        {1, 1, 16777217, {{U, 16777218}, {S, 16777218}, {A, 16777216}, {N, 16777215}}},
-        {2, 1, kMax, {{U, 1}, {S, 1}, {A, kMax}, {AS, kMax}, {N, 4294967295}}},
+        {1, 1, 16777217, {{F::U, 16777218}, {F::S, 16777218}, {F::A, 16777216}, {F::N, 16777215}}},
+        {2, 1, kMax, {{F::U, 1}, {F::S, 1}, {F::A, kMax}, {F::AS, kMax}, {F::N, 4294967295}}},
         // Around 2^31 and 2^32.
-        {2147483648, 1, 0, {{U, 2147483648}, {S, 2147483647}, {A, 2147483648}, {AS, 0}}},
-        {4294967040, 1, 1, {{U, 4294967041}, {S, 2147483648}, {A, 4294967040}}},
-        {65536, 65536, 1, {{U, 0}, {S, 2147483648}, {A, kMax}, {AS, kMax}, {N, 0}}},
-        {65536, -65536, 1, {{U, 1}, {S, 2147483649}, {A, 0}, {AS, 0}, {N, kMax}}},
+        {2147483648, 1, 0, {{F::U, 2147483648}, {F::S, 2147483647}, {F::A, 2147483648}, {F::AS, 0}}},
+        {4294967040, 1, 1, {{F::U, 4294967041}, {F::S, 2147483648}, {F::A, 4294967040}}},
+        {65536, 65536, 1, {{F::U, 0}, {F::S, 2147483648}, {F::A, kMax}, {F::AS, kMax}, {F::N, 0}}},
+        {65536, -65536, 1, {{F::U, 1}, {F::S, 2147483649}, {F::A, 0}, {F::AS, 0}, {F::N, kMax}}},
         // Raw as signed.
-        {0xFFFFFFF6, 10, 1000, {{A, kMax}, {AS, 900}, {U, 999}, {N, 0}}},
+        {0xFFFFFFF6, 10, 1000, {{F::A, kMax}, {F::AS, 900}, {F::U, 999}, {F::N, 0}}},
         // Product and sum are rounded one after the other: 100 x 0.1 is 10 exactly.
-        {100, 0.1F, 11, {{N, 1}, {A, 21}, {U, 21}}},
-        {7500, 0.1F, 0, {{U, 750}, {A, 750}}},
-        {1, NAN, 7, {{U, 7}, {S, 7}, {A, 0}, {AS, 0}, {N, 0}}},
-        {1, kInfinite, 7, {{U, 6}, {S, 0x80000006}, {A, kMax}, {AS, kMax}, {N, 0}}},
-        {1, -kInfinite, 7, {{U, 7}, {S, 0x80000007}, {A, 0}, {AS, 0}, {N, kMax}}},
-        {0, kInfinite, 7, {{U, 7}, {S, 7}, {A, 0}, {N, 0}}},
+        {100, 0.1F, 11, {{F::N, 1}, {F::A, 21}, {F::U, 21}}},
+        {7500, 0.1F, 0, {{F::U, 750}, {F::A, 750}}},
+        {1, NAN, 7, {{F::U, 7}, {F::S, 7}, {F::A, 0}, {F::AS, 0}, {F::N, 0}}},
+        {1, kInfinite, 7, {{F::U, 6}, {F::S, 0x80000006}, {F::A, kMax}, {F::AS, kMax}, {F::N, 0}}},
+        {1, -kInfinite, 7, {{F::U, 7}, {F::S, 0x80000007}, {F::A, 0}, {F::AS, 0}, {F::N, kMax}}},
+        {0, kInfinite, 7, {{F::U, 7}, {F::S, 7}, {F::A, 0}, {F::N, 0}}},
     };
     for (const auto& c : kCases)
         for (const auto& [form, expected] : c.results)

@@ -38,9 +38,10 @@ using testing::StartsWith;
 class CIdleStatus : public CReportTest {
   protected:
     CIdleStatus() { runtime.m_idleReportTicks = 0; }
-    ~CIdleStatus() override {
+    void TearDown() override {
         paddedLength = 0;
         cJSON_InitHooks(nullptr);
+        CReportTest::TearDown();
     }
 
     std::string Document(const std::list<YcPointRecord>& points, int port, std::uint32_t sequence = 0) {

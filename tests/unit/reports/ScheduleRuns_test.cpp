@@ -56,7 +56,7 @@ class CScheduleRuns : public CReportTest {
   private:
     static std::string NameAndPort(const std::string& message) {
         const std::string name = message.substr(0, message.find(' '));
-        if (name != "A1_6") return name + '/' + message.at(name.size() + 1 + 8 * 3 + 1);
+        if (name != "A1_6") return name + '/' + message.at(name.size() + 26);
         const std::string key = ToHex("portNo\":", 8) + " 3";  // and the digit
         return name + '/' + message.at(message.find(key) + key.size());
     }
@@ -192,6 +192,8 @@ using QuietTick = CReportTest;
 TEST_F(QuietTick, AllocatesNothing) {
     std::vector<YxRow> yx;
     std::vector<YcRow> yc;
+    yx.reserve(612);
+    yc.reserve(612);
     for (int number = 0; number < 612; ++number) {
         yx.push_back({number, number + 1, number % 7 == 0 ? kSourceYx2 : kSourceYx});
         yc.push_back({number});
