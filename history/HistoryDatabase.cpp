@@ -11,8 +11,8 @@
 
 namespace {
 
-template <std::size_t Size>
-void TakeText(char (&field)[Size], const char* text) {
+template <std::size_t kSize>
+void TakeText(char (&field)[kSize], const char* text) {
     if (text != nullptr) CopyText(field, text);
 }
 

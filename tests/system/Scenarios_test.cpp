@@ -11,6 +11,7 @@
 #include "tests/support/StationProcess.h"
 #include "tools/zorctl/Player.h"
 #include "tools/zorctl/StationFiles.h"
+#include "tools/zorctl/StationRows.h"
 
 namespace {
 
@@ -27,8 +28,8 @@ Outcome PlayOn(const std::string& file, const std::string& text, std::int64_t st
     const Scenario scenario = ParseScenario(file, text, faults);
     EXPECT_TRUE(faults.empty()) << faults[0];
     CleanStation();
-    EXPECT_EQ(
-        "", WriteConfiguration(AppFile(kConfigFile), 2) + WritePointSettings(AppFile(kPointSettingFile), 2));
+    EXPECT_EQ("", WriteConfiguration(AppFile(kConfigFile), 2) +
+                      WritePointSettings(AppFile(kPointSettingFile), StationYxRows(), StationYcRows(2)));
     CStationProcess process;
     process.SetTime(start);
     process.RunPasses(1);
