@@ -12,8 +12,7 @@ namespace {
 // What a report builder of the plain way gets: the whole list, copied.
 template <typename List>
 void CopyForBuilder(const List& list) {
-    const List copy =
-        list;  // NOLINT(performance-unnecessary-copy-initialization): the copy is what is measured
+    const List copy = list;  // NOLINT(performance-unnecessary-copy-initialization): it is what is measured
     benchmark::DoNotOptimize(copy.size());
 }
 

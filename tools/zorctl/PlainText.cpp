@@ -82,7 +82,7 @@ std::string ReadWholeFile(const std::string& path, std::string& text) {
     const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rb"), std::fclose);
     if (file == nullptr) return path + ": " + std::strerror(errno);
     char block[4096];
-    for (std::size_t got; (got = std::fread(block, 1, sizeof block, file.get())) > 0;)
+    for (std::size_t got = 0; (got = std::fread(block, 1, sizeof block, file.get())) > 0;)
         text.append(block, got);
     return std::ferror(file.get()) != 0 ? path + ": " + std::strerror(errno) : "";
 }

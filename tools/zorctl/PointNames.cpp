@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <list>
 #include <map>
+#include <numeric>
 #include <tuple>
 #include <utility>
 
@@ -18,11 +19,11 @@ namespace {
 // How many letters have to be changed, added or taken away to get from one text to the other.
 std::size_t Distance(const std::string& from, const std::string& to) {
     std::vector<std::size_t> costs(to.size() + 1);
-    for (std::size_t j = 0; j < costs.size(); ++j) costs[j] = j;
-    for (std::size_t i = 0; i < from.size(); ++i) {
+    std::iota(costs.begin(), costs.end(), std::size_t{0});
+    for (const char letter : from) {
         std::size_t diagonal = costs[0]++;
         for (std::size_t j = 0; j < to.size(); ++j) {
-            const std::size_t changed = diagonal + (from[i] == to[j] ? 0 : 1);
+            const std::size_t changed = diagonal + (letter == to[j] ? 0 : 1);
             diagonal = costs[j + 1];
             costs[j + 1] = std::min({changed, costs[j] + 1, diagonal + 1});
         }
@@ -157,6 +158,7 @@ std::string CPointNames::NoSuchName(const std::string& name) const {
                      [](const auto& a, const auto& b) { return a.first < b.first; });
     near.resize(std::min(near.size(), kMostNear));
     std::vector<NamedPoint> points;
+    points.reserve(near.size());
     for (auto& item : near) points.push_back(std::move(item.second));
     return "no point is named \"" + Printable(name) + '"' +
            (points.empty() ? "" : "; near: " + Listed(points));

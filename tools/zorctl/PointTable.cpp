@@ -177,7 +177,7 @@ std::string ToStored(const PointColumn& column, const std::string& given, std::s
 
 std::string ToGiven(const PointColumn& column, const char* stored) {
     const bool isName = column.value == EPointValue::Name || column.value == EPointValue::Event;
-    const std::string text = stored != nullptr ? stored : isName ? "" : "0";
+    std::string text = stored != nullptr ? stored : isName ? "" : "0";
     double number = 0;
     switch (column.value) {
         case EPointValue::Name:

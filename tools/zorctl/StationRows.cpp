@@ -45,7 +45,8 @@ std::vector<PointRow> StationYcRows(int ports) {
     for (const YcPoint& point : kYcPoints) rows.push_back(YcRow(point, point.point));
     for (int port = 3; port <= ports; ++port)
         for (const YcPoint& point : kYcPoints)
-            if (point.point >= kFirstCopiedYcPoint) rows.push_back(YcRow(point, point.point + PortBase(port)));
+            if (point.point >= kFirstCopiedYcPoint)
+                rows.push_back(YcRow(point, point.point + PortBase(port)));
     FillAll(YcTable(), rows);
     return rows;
 }
