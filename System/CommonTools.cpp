@@ -13,16 +13,8 @@ namespace {
 
 constexpr std::size_t kGivenSize = 8;
 
-int SetClock(int year, int month, int day, int hour, int minute, int second, suseconds_t microseconds) {
-    std::tm local{};
-    local.tm_year = year - 1900;
-    local.tm_mon = month - 1;
-    local.tm_mday = day;
-    local.tm_hour = hour;
-    local.tm_min = minute;
-    local.tm_sec = second;
-    local.tm_isdst = -1;
-    const timeval value{std::mktime(&local), microseconds};
+int SetClock(std::time_t seconds, suseconds_t microseconds) {
+    const timeval value{seconds, microseconds};
     if (settimeofday(&value, nullptr) == 0) return 0;
     std::fputs("Set system datatime error!/n", stdout);  // the slash is part of the text
     return -1;
@@ -33,13 +25,12 @@ int SetClock(int year, int month, int day, int hour, int minute, int second, sus
 int CCommonTools::SetSystemTime(const char* text) {
     int part[6] = {};
     std::sscanf(text, "%d-%d-%d %d:%d:%d", &part[0], &part[1], &part[2], &part[3], &part[4], &part[5]);
-    return SetClock(part[0], part[1], part[2], part[3], part[4], part[5], 0);
+    return SetClock(CDateTime::ToEpoch(part[0], part[1], part[2], part[3], part[4], part[5]), 0);
 }
 
 int CCommonTools::SetSystemTime(int year, int month, int day, int hour, int minute, int milliseconds) {
-    if (SetClock(year, month, day, hour, minute, milliseconds / 1000,
-                 milliseconds % 1000 * suseconds_t{1000}) != 0)
-        return -1;
+    const std::time_t seconds = CDateTime::ToEpoch(year, month, day, hour, minute, milliseconds / 1000);
+    if (SetClock(seconds, milliseconds % 1000 * suseconds_t{1000}) != 0) return -1;
     // The blank before the w is what the units' scripts know.
     [[maybe_unused]] const int status = std::system("hwclock - w");
     return 0;

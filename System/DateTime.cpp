@@ -32,6 +32,10 @@ void CDateTime::Init(int year, int month, int day, int hour, int minute, int sec
     Require(Below(hour, 24), 41);
     Require(Below(minute, 60), 46);
     Require(Below(second, 60), 51);
+    Set(ToEpoch(year, month, day, hour, minute, second));
+}
+
+std::time_t CDateTime::ToEpoch(int year, int month, int day, int hour, int minute, int second) {
     std::tm local{};
     local.tm_year = year - 1900;
     local.tm_mon = month - 1;
@@ -40,7 +44,7 @@ void CDateTime::Init(int year, int month, int day, int hour, int minute, int sec
     local.tm_min = minute;
     local.tm_sec = second;
     local.tm_isdst = -1;
-    Set(std::mktime(&local));
+    return std::mktime(&local);
 }
 
 void CDateTime::AddMonths(int months) {

@@ -17,6 +17,8 @@ class CDateTime {
     // Parses year, month, day, hour, minute and second, in that order, with a `sscanf` format that reads six
     // ints. What the text does not hold counts as 0, which a date does not survive (see Init).
     explicit CDateTime(const char* text, const char* format = "%d/%d/%d %d:%d:%d");
+    // Epoch value of a local time; parts beyond their range carry over, as in mktime.
+    static std::time_t ToEpoch(int year, int month, int day, int hour, int minute, int second);
     // The current time.
     static CDateTime Now() { return CDateTime(std::time(nullptr)); }
 

@@ -1,9 +1,28 @@
 #include "System/Sqlite.h"
 
 #include <ZorSqlite.h>
+#include <fcntl.h>
+#include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
+
+namespace {
+
+// Brings to the disk what was created and removed beside `file`.
+void SyncDirectoryOf(const char* file) {
+    char directory[256];
+    const char* end = file != nullptr ? std::strrchr(file, '/') : nullptr;
+    if (end == nullptr || end - file >= static_cast<std::ptrdiff_t>(sizeof directory)) return;
+    std::snprintf(directory, sizeof directory, "%.*s", static_cast<int>(end - file), file);
+    const int descriptor = open(directory, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (descriptor < 0) return;
+    fsync(descriptor);
+    close(descriptor);
+}
+
+}  // namespace
 
 int CSqliteDb::Open(const char* path, int busyTimeoutMs) {
     Close();
@@ -37,13 +56,19 @@ void CSqliteDb::Key(const char* key, int length) {
 
 void CSqliteDb::Close() {
     SetError(nullptr);
+    // A commit is the removal of its journal, and SQLite does not wait for that: the journal could be back
+    // after a power failure, and undo what was committed.
+    if (m_changed) SyncDirectoryOf(sqlite3_db_filename(m_handle, "main"));
+    m_changed = false;
     sqlite3_close(m_handle);
     m_handle = nullptr;
 }
 
 int CSqliteDb::Exec(const char* sql) {
     SetError(nullptr);
-    return Noted(sqlite3_exec(m_handle, sql, nullptr, nullptr, &m_error));
+    const int result = sqlite3_exec(m_handle, sql, nullptr, nullptr, &m_error);
+    m_changed = m_changed || result == SQLITE_OK;
+    return Noted(result);
 }
 
 int CSqliteDb::Exec(const CSqlTextBase& sql) {

@@ -31,7 +31,7 @@ class CSqliteDb {
     // Keys the opened database with the first `length` bytes of `key`.
     void Key(const char* key, int length);
 
-    // Closes; does nothing when nothing is open.
+    // Closes; does nothing when nothing is open. What was committed is then on the disk.
     void Close();
 
     // Executes one statement. Returns SQLite's result code; Error() then says what went wrong.
@@ -57,6 +57,7 @@ class CSqliteDb {
 
     sqlite3* m_handle = nullptr;
     char* m_error = nullptr;  // SQLite's allocation
+    bool m_changed = false;   // a statement that changes something has run
 };
 
 // The result of one query, all of it text.
@@ -71,9 +72,10 @@ class CSqliteTable {
     CSqliteTable& operator=(const CSqliteTable&) = delete;
 
     bool Ok() const { return m_result == SQLITE_OK; }
-    // True for a failure that says nothing about the file: it was locked, or memory had run out.
+    // True for a failure that says nothing about the file's content: it was locked, could not be read or
+    // mended just now, or memory had run out.
     bool NotNow() const {
-        return m_result == SQLITE_BUSY || m_result == SQLITE_LOCKED || m_result == SQLITE_NOMEM;
+        return !Ok() && m_result != SQLITE_ERROR && m_result != SQLITE_CORRUPT && m_result != SQLITE_NOTADB;
     }
     int Result() const { return m_result; }
     // SQLite's error text after a failure, never null.

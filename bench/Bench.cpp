@@ -6,7 +6,9 @@
 #include <benchmark/benchmark.h>
 #include <sys/mount.h>
 
+#include <algorithm>
 #include <cstdio>
+#include <cstring>
 #include <map>
 #include <string>
 
@@ -52,14 +54,18 @@ class CFigures : public benchmark::ConsoleReporter {
                     run.real_accumulated_time / static_cast<double>(run.iterations > 0 ? run.iterations : 1);
     }
 
-    // Prints the ratios whose two figures were taken; false when one is beyond its limit.
-    bool Compare() const {
+    // Prints the ratios; false when one is beyond its limit, or when `all` are wanted and one lacks a figure.
+    bool Compare(bool all) const {
         bool within = true;
         std::printf("\n%-44s %10s %10s\n", "ratio", "measured", "limit");
         for (const Comparison& comparison : kComparisons) {
             const auto figure = m_seconds.find(comparison.figure);
             const auto base = m_seconds.find(comparison.base);
-            if (figure == m_seconds.end() || base == m_seconds.end()) continue;
+            if (figure == m_seconds.end() || base == m_seconds.end()) {
+                if (all) std::printf("%-44s %10s\n", comparison.what, "MISSING");
+                within = within && !all;
+                continue;
+            }
             const double ratio = figure->second / base->second;
             const bool ok = comparison.least ? ratio >= comparison.limit : ratio <= comparison.limit;
             std::printf("%-44s %10.2f %9.1f%c %s\n", comparison.what, ratio, comparison.limit,
@@ -73,7 +79,7 @@ class CFigures : public benchmark::ConsoleReporter {
     std::map<std::string, double> m_seconds;
 };
 
-int Run(const char* folder) {
+int Run(const char* folder, bool all) {
     CleanStation();
     if (mount(folder, kAppDirectory, nullptr, MS_BIND, nullptr) != 0) {
         std::perror("zor_bench: mounting the folder");
@@ -81,16 +87,19 @@ int Run(const char* folder) {
     }
     CFigures figures;
     benchmark::RunSpecifiedBenchmarks(&figures);
-    return figures.Compare() ? 0 : 1;
+    return figures.Compare(all) ? 0 : 1;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
+    const bool all = std::none_of(argv, argv + argc, [](const char* argument) {
+        return std::strncmp(argument, "--benchmark_filter", std::strlen("--benchmark_filter")) == 0;
+    });
     benchmark::Initialize(&argc, argv);
     if (argc != 2) {
         std::fprintf(stderr, "usage: zor_bench FOLDER [--benchmark_filter=REGEX ...]\n");
         return 2;
     }
-    return RunInSandbox([argv] { return Run(argv[1]); });
+    return RunInSandbox([argv, all] { return Run(argv[1], all); });
 }

@@ -2,6 +2,7 @@
 #include <benchmark/benchmark.h>
 
 #include <cstdio>
+#include <cstdlib>
 
 #include "System/AppFiles.h"
 #include "bench/Station.h"
@@ -32,7 +33,10 @@ void FillHistory(int days) {
         "days','+'||i||"
         "' hours','+3 seconds'),'0','0','11','12' FROM h,p",
         days * 24 - 1, kBenchPorts, (days - 1) * 24, days);
-    if (database.Exec(sql) != SQLITE_OK) std::fprintf(stderr, "zor_bench: %s\n", database.Error());
+    if (database.Exec(sql) != SQLITE_OK) {
+        std::fprintf(stderr, "zor_bench: %s\n", database.Error());
+        std::exit(1);
+    }
     database.Exec("commit transaction");
 }
 

@@ -7,7 +7,7 @@ ZOR_ROOT=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 # Everything that configuring and building any part of the tree takes, tests and tools included.
 ZOR_PACKAGES=(
     g++ cmake ninja-build pkg-config
-    libsqlcipher-dev libcjson-dev libcli11-dev
+    libsqlcipher-dev libcjson-dev libcli11-dev libncurses-dev
     libgtest-dev libgmock-dev
 )
 
@@ -46,8 +46,8 @@ zor_ensure_packages() {
         command -v sudo >/dev/null || zor_fail "root or sudo is needed to install: ${missing[*]}"
         as_root=(sudo)
     fi
-    "${as_root[@]}" apt-get -qq update || zor_fail "apt-get update failed"
-    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -qq install -y --no-install-recommends \
+    "${as_root[@]}" apt-get -qq -o Acquire::Retries=3 update || zor_fail "apt-get update failed"
+    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -qq -o Acquire::Retries=3 install -y --no-install-recommends \
         "${missing[@]}" || zor_fail "apt-get could not install: ${missing[*]}"
 }
 

@@ -94,7 +94,7 @@ TEST_F(Events, BurstOfOneTick) {
     process.RunPasses(1);
     EXPECT_EQ(kManyPoints, BurstAfter(1));
     EXPECT_LE(1U, process.Syncs());
-    EXPECT_GE(4U, process.Syncs());
+    EXPECT_GE(5U, process.Syncs());
     EXPECT_EQ(3U, QueryRows(file, "SELECT id FROM tagErrMsg").size());  // points 297, 425 and 553
     process.RunPasses(1);
     EXPECT_EQ(0U, process.FileCalls());
