@@ -7,6 +7,8 @@
 #include "System/Sqlite.h"
 #include "points/PointRecords.h"
 
+inline constexpr char kErrMsgTable[] = "tagErrMsg";
+inline constexpr char kSoeTable[] = "tagSOE";
 inline constexpr char kCreateErrMsg[] =
     "CREATE TABLE tagErrMsg(id INTEGER PRIMARY KEY,event TEXT(256),timestamp TEXT(25))";
 inline constexpr char kCreateSoe[] =
@@ -15,7 +17,9 @@ inline constexpr char kCreateSoe[] =
     "timestamp TEXT(25))";
 inline constexpr char kSelectLastErrMsg[] = "select * from tagErrMsg order by id desc limit 1";
 inline constexpr char kSelectLastSoe[] = "select * from tagSOE order by id desc limit 1";
-inline constexpr int kSoeColumns = 6;
+
+// Columns of tagSOE in the order of `select *`.
+enum ESoeColumn { kSoeId, kSoeEvent, kSoeValue, kSoePoint, kSoeYxTable, kSoeTimestamp, kSoeColumns };
 
 // One change of a status point. `point` belongs to the point list, which outlives every walk.
 struct StatusChange {

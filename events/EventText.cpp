@@ -22,11 +22,11 @@ constexpr Measurement kMeasurements[] = {
 
 const char* LevelText(std::int32_t level) {
     switch (level) {
-        case 4:
+        case kWarning:
             return "[Warning]";
-        case 5:
+        case kFault:
             return "[Fault]";
-        case 6:
+        case kEmergency:
             return "[Emergency]";
         default:
             return "[Normal]";

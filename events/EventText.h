@@ -6,6 +6,12 @@
 
 class CShmCTRL;
 
+// Severity of the events of a status point; any other number is normal.
+inline constexpr std::int32_t kNormal = 3;
+inline constexpr std::int32_t kWarning = 4;
+inline constexpr std::int32_t kFault = 5;
+inline constexpr std::int32_t kEmergency = 6;
+
 // "[Fault]" and the like; any level without a text of its own is normal.
 const char* LevelText(std::int32_t level);
 

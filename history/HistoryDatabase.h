@@ -6,6 +6,7 @@
 #include "System/Sqlite.h"
 #include "history/HistoryRecord.h"
 
+inline constexpr char kYcTable[] = "tagYC";
 inline constexpr char kCreateYc[] =
     "CREATE TABLE tagYC(id INTEGER PRIMARY KEY,portNo INTERGER(1), sendcount INTEGER(1),mvalue TEXT(20),"
     "mvalue_1 TEXT(20),mvalue_2 TEXT(20),mvalue_3 TEXT(20),mvalue_4 TEXT(20),fvalue TEXT(20),fvalue_1 "
@@ -51,6 +52,10 @@ enum EHistoryColumn {
     kHistoryK1Cnt,
     kHistoryK2Cnt
 };
+
+// A request for an hour is answered with the newest record before this second of it: the record of an hour is
+// written when it begins.
+inline constexpr int kHourAnswerEnd = 10;
 
 // True for the send count of a record that is to be sent, again, until zor_main acknowledges it.
 constexpr bool IsPending(int sendCount) {

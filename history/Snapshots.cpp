@@ -105,9 +105,9 @@ int CRuntimeData::ReadDBSingleYCdata(const char* date, int port, int hour, YcHis
     int hours = 1;
     if (hour != kWholeDay)
         sql.Format(
-            "SELECT * FROM tagYC WHERE portNo='%d' AND timestamp < '%s %02d:00:10' ORDER BY timestamp DESC "
+            "SELECT * FROM tagYC WHERE portNo='%d' AND timestamp < '%s %02d:00:%02d' ORDER BY timestamp DESC "
             "LIMIT 1",
-            port, sql.Quoted(date), hour);
+            port, sql.Quoted(date), hour, kHourAnswerEnd);
     else
         hours = FormatDayQuery(sql, date, port);
     const CSqliteTable table(database, sql);

@@ -2,10 +2,12 @@
 
 #include <cJSON.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
+#include <iterator>
 
 #include "app/RuntimeData.h"
 #include "points/ShmCtrl.h"
@@ -24,17 +26,16 @@ class CDocument {
     CDocument(const CDocument&) = delete;
     CDocument& operator=(const CDocument&) = delete;
 
-    void Text(const char* key, const char* value) { Add(key, cJSON_CreateString(value)); }
-    void Number(const char* key, double value) { Add(key, cJSON_CreateNumber(value)); }
     char* Print() const { return m_complete ? cJSON_PrintUnformatted(m_object) : nullptr; }
 
-  private:
+    // Takes over `item`.
     void Add(const char* key, cJSON* item) {
         if (cJSON_AddItemToObject(m_object, key, item) != 0) return;
         cJSON_Delete(item);
         m_complete = false;
     }
 
+  private:
     cJSON* m_object;
     bool m_complete = true;
 };
@@ -51,34 +52,84 @@ std::uint8_t WorkCode(CShmCTRL& shm, int port) {
     return ChargingStateCode(PortHasFault(shm, port), shm.GunState(port), kUnknownIsNoCode);
 }
 
+// What a document is made from.
+struct IdleSource {
+    CShmCTRL& shm;
+    const std::list<YcPointRecord>& points;
+    int port;
+    std::uint32_t sequence;
+
+    int Base() const { return PortBase(port); }
+    cJSON* Signal(int point) const { return cJSON_CreateNumber(shm.Signal(Base() + point)); }
+};
+
+cJSON* Time(const IdleSource& /*source*/) {
+    char text[32];
+    std::snprintf(text, sizeof text, "%lld", static_cast<long long>(std::time(nullptr)));
+    return cJSON_CreateString(text);
+}
+
+cJSON* Equipment(const IdleSource& source) {
+    char text[2 * kEquipmentSize + 1] = "";
+    std::size_t used = 0;
+    for (const std::uint8_t byte : source.shm.EquipmentNumber())
+        used +=
+            static_cast<std::size_t>(std::snprintf(text + used, sizeof text - used, "%02x", unsigned{byte}));
+    return cJSON_CreateString(text);
+}
+
+cJSON* WorkFlag(const IdleSource& source) {
+    char text[8];
+    std::snprintf(text, sizeof text, "%04d", WorkCode(source.shm, source.port));
+    return cJSON_CreateString(text);
+}
+
+cJSON* Scaled(const IdleSource& source, int point, double perUnit) {
+    return cJSON_CreateNumber(ScaledValue(source.points, point) / perUnit);
+}
+
+cJSON* Meter(const IdleSource& source) {
+    char text[64];
+    const auto counter = static_cast<double>(source.shm.Counter(CounterBase(source.port)));
+    std::snprintf(text, sizeof text, "%f", counter / 10000.0);
+    return cJSON_CreateString(text);
+}
+
+struct IdleMember {
+    const char* key;
+    cJSON* (*make)(const IdleSource& source);
+};
+
+// In the order of the document.
+constexpr IdleMember kMembers[] = {
+    {"time", Time},
+    {"sn", [](const IdleSource& source) { return cJSON_CreateNumber(source.sequence); }},
+    {"type", [](const IdleSource& /*source*/) { return cJSON_CreateString("dcNonWork"); }},
+    {"ver", [](const IdleSource& /*source*/) { return cJSON_CreateString("1.0.0.20230601"); }},
+    {"equipNo", Equipment},
+    {"portNo", [](const IdleSource& source) { return cJSON_CreateNumber(source.port); }},
+    {"connFlag", [](const IdleSource& source) { return source.Signal(kSignalGunConnected); }},
+    {"gunHdrFlag", [](const IdleSource& source) { return source.Signal(kSignalGunInHolder); }},
+    {"lockFlag", [](const IdleSource& source) { return source.Signal(kSignalGunLocked); }},
+    {"ctrFlag", [](const IdleSource& source) { return source.Signal(kSignalControl); }},
+    {"workFlag", WorkFlag},
+    {"outputV", [](const IdleSource& source) { return Scaled(source, kYcIdleVoltage, 10.0); }},
+    {"outputC", [](const IdleSource& source) { return Scaled(source, kYcIdleCurrent, 100.0); }},
+    {"meterVal", Meter},
+};
+
 }  // namespace
+
+bool IsIdleMember(const char* key) {
+    return std::any_of(std::begin(kMembers), std::end(kMembers),
+                       [key](const IdleMember& member) { return std::strcmp(member.key, key) == 0; });
+}
 
 char* BuildIdleDocument(CShmCTRL& shm, const std::list<YcPointRecord>& points, int port,
                         std::uint32_t sequence) {
-    const int base = PortBase(port);
-    char text[64];
     CDocument document;
-    std::snprintf(text, sizeof text, "%lld", static_cast<long long>(std::time(nullptr)));
-    document.Text("time", text);
-    document.Number("sn", sequence);
-    document.Text("type", "dcNonWork");
-    document.Text("ver", "1.0.0.20230601");
-    std::size_t used = 0;
-    for (const std::uint8_t byte : shm.EquipmentNumber())
-        used +=
-            static_cast<std::size_t>(std::snprintf(text + used, sizeof text - used, "%02x", unsigned{byte}));
-    document.Text("equipNo", text);
-    document.Number("portNo", port);
-    document.Number("connFlag", shm.Signal(base + kSignalGunConnected));
-    document.Number("gunHdrFlag", shm.Signal(base + kSignalGunInHolder));
-    document.Number("lockFlag", shm.Signal(base + kSignalGunLocked));
-    document.Number("ctrFlag", shm.Signal(base + kSignalControl));
-    std::snprintf(text, sizeof text, "%04d", WorkCode(shm, port));
-    document.Text("workFlag", text);
-    document.Number("outputV", ScaledValue(points, kYcIdleVoltage) / 10.0);
-    document.Number("outputC", ScaledValue(points, kYcIdleCurrent) / 100.0);
-    std::snprintf(text, sizeof text, "%f", static_cast<double>(shm.Counter(CounterBase(port))) / 10000.0);
-    document.Text("meterVal", text);
+    for (const IdleMember& member : kMembers)
+        document.Add(member.key, member.make({shm, points, port, sequence}));
     return document.Print();
 }
 

@@ -14,3 +14,6 @@ inline constexpr std::size_t kIdleCapacity = 512;  // longest document that is p
 // released with free(). Null when there is no memory for it.
 char* BuildIdleDocument(CShmCTRL& shm, const std::list<YcPointRecord>& points, int port,
                         std::uint32_t sequence);
+
+// True for the key of a member of the document.
+bool IsIdleMember(const char* key);

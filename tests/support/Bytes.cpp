@@ -5,17 +5,12 @@
 
 #include <cstdio>
 #include <regex>
+#include <sstream>
 
 Bytes Hex(const std::string& text) {
     Bytes bytes;
-    for (std::size_t i = 0; i + 1 < text.size();) {
-        if (text[i] == ' ') {
-            ++i;
-            continue;
-        }
-        bytes.push_back(static_cast<std::uint8_t>(std::stoul(text.substr(i, 2), nullptr, 16)));
-        i += 2;
-    }
+    std::istringstream words(text);
+    for (unsigned byte = 0; words >> std::hex >> byte;) bytes.push_back(static_cast<std::uint8_t>(byte));
     return bytes;
 }
 
@@ -66,15 +61,13 @@ Captured Capture(const std::function<void()>& run) {
 }
 
 std::string Masked(const std::string& output) {
-    static const std::regex header("(\033\\[1;32;40m\\w+)\\.[0-9]+: ");
-    return std::regex_replace(output, header, "$1.#: ");
+    static const std::regex numbers("((\033\\[1;32;40m\\w+)\\.[0-9]+|(Line): [0-9]+)(: |, )");
+    return std::regex_replace(output, numbers, "$2$3.#$4");
 }
 
-std::string MaskedOf(const std::string& operation, const std::string& output) {
-    const std::regex others("\033\\[1;32;40m(?!" + operation + "\\.)[^\033]*\033\\[0m\r\n");
-    return std::regex_replace(Masked(output), others, "");
-}
-
-std::string Line(const std::string& operation, const std::string& text) {
-    return "\033[1;32;40m" + operation + ".#: " + text + "\033[0m\r\n";
+std::string Lines(const std::string& operation, const std::vector<std::string>& texts) {
+    std::string lines;
+    for (const std::string& text : texts)
+        lines += "\033[1;32;40m" + operation + ".#: " + text + "\033[0m\r\n";
+    return lines;
 }

@@ -9,7 +9,7 @@
 
 using Bytes = std::vector<std::uint8_t>;
 
-// "e8 03" -> bytes; blanks are free.
+// "e8 03" -> bytes.
 Bytes Hex(const std::string& text);
 // bytes -> "e8 03"
 std::string ToHex(const void* data, std::size_t length);
@@ -24,9 +24,10 @@ struct Captured {
 };
 Captured Capture(const std::function<void()>& run);
 
-// `output` with every source line number of a diagnostic header replaced by '#'.
+// `output` with every source line number replaced by '#', in headers and in the one text that has one.
 std::string Masked(const std::string& output);
-// The same without the diagnostic lines of other operations than `operation`.
-std::string MaskedOf(const std::string& operation, const std::string& output);
-// A whole diagnostic line as Masked shows it.
-std::string Line(const std::string& operation, const std::string& text);
+// Whole diagnostic lines as Masked shows them.
+std::string Lines(const std::string& operation, const std::vector<std::string>& texts);
+inline std::string Line(const std::string& operation, const std::string& text) {
+    return Lines(operation, {text});
+}

@@ -8,7 +8,7 @@
 
 #include "System/Numbers.h"
 #include "ipc/Frame.h"
-#include "ipc/SettingsCommand.h"
+#include "reports/Messages.h"
 
 namespace {
 
@@ -36,10 +36,18 @@ std::vector<Received> ReadAll() {
     return all;
 }
 
-std::vector<std::string> ReadFrames() {
-    std::vector<std::string> frames;
-    for (const Received& received : ReadAll()) frames.push_back(ToHex(received.frame));
-    return frames;
+std::string Named(std::uint32_t code, const std::uint8_t* body, std::size_t length) {
+    const MessageName* message = FindMessage(static_cast<std::uint16_t>(code));
+    return (message != nullptr ? message->name : "?") + std::string(" ") +
+           (code == kCodeA1_6 ? std::string(body, body + length) : ToHex(body, length));
+}
+
+std::vector<std::string> ReadNamed() {
+    std::vector<std::string> all;
+    for (const auto& [sender, frame] : ReadAll())
+        all.push_back(Named(SplitFrame(frame.data(), frame.size()).code, &frame[kFrameBody],
+                            frame.size() - kFrameBody));
+    return all;
 }
 
 bool SendText(const Bytes& text) {
@@ -55,21 +63,11 @@ bool SendFrame(const Bytes& frame) {
     return SendText(text);
 }
 
-Bytes SettingsFrame(const Settings& settings) {
+Bytes SettingsFrame(const Settings& s) {
     Bytes frame = Hex("12 00 85 26");
-    frame.resize(kSettingsFrameLength);
-    const std::uint16_t values[] = {settings.enable,
-                                    settings.a1_3,
-                                    settings.a1_4,
-                                    settings.a1_5,
-                                    settings.a1_6,
-                                    settings.snapshot,
-                                    0,
-                                    settings.longInterval};
-    std::uint8_t* at = &frame[4];
-    for (const std::uint16_t value : values) {
-        PutLe(at, 2, value);
-        at += 2;
+    for (const int value : {+s.enable, +s.a1_3, +s.a1_4, +s.a1_5, +s.a1_6, +s.snapshot, 0, +s.longInterval}) {
+        frame.push_back(static_cast<std::uint8_t>(value));
+        frame.push_back(static_cast<std::uint8_t>(value >> 8));
     }
     return frame;
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
 #include "tests/support/Bytes.h"
@@ -14,8 +15,11 @@ struct Received {
 // Takes every waiting message for zor_main. A test failure is added for a message of another size than the
 // peer expects, or with anything but zeros behind the frame.
 std::vector<Received> ReadAll();
-// The same, only the frames, as text.
-std::vector<std::string> ReadFrames();
+
+// A message as its name and body: "A1_14 51 50 49 ...", A1_6 as its text.
+std::string Named(std::uint32_t code, const std::uint8_t* body, std::size_t length);
+// Takes every waiting message, each as Named shows it.
+std::vector<std::string> ReadNamed();
 
 // Queues `frame` (at most 2048 bytes, the rest of the message is zeros) for the process. False when the queue
 // is full.

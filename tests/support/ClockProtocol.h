@@ -10,13 +10,10 @@ inline constexpr char kClockSocket[] = "ZOR_TEST_CLOCK_SOCKET";
 // Test -> process: go on, from this time, until so many passes of the main loop are over.
 struct ClockGrant {
     std::int64_t nowMicros;
-    std::int64_t pauseAtMicros;  // stand still as soon as a sleep, a library's too, gets here; 0 for no pause
     std::uint32_t passes;
-    std::int32_t msggetError;      // errno with which msgget fails; 0 lets it work
     std::uint32_t killAtFileCall;  // die in the middle of the so-manieth file call from now; 0 for none
-    std::uint32_t reserved;
 };
-static_assert(sizeof(ClockGrant) == 32);
+static_assert(sizeof(ClockGrant) == 16);
 
 // Process -> test: the passes are over, the process stands still. Counts are those since the last grant.
 struct ClockReport {

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "System/Sqlite.h"
+#include "points/PointRecords.h"
 
 // Path of `file` in the application directory.
 std::string AppFile(const char* file);
@@ -16,6 +17,9 @@ void RunSql(const std::string& path, const std::string& sql, const char* key = n
 // Rows of a query, columns joined by '|', NULL shown as "NULL".
 std::vector<std::string> QueryRows(const std::string& path, const std::string& sql,
                                    const char* key = nullptr);
+
+// The number that a query gives; -1 without one.
+int QueryNumber(const std::string& path, const std::string& sql);
 
 // A configuration database with the given rows, each the two values of an SQL VALUES list:
 // "'chargport_number','2'".
@@ -31,6 +35,22 @@ struct PointRows {
     int ycColumns = 9;
 };
 void MakePoints(const PointRows& rows, const std::string& kind = "DC");
+
+struct YxRow {
+    int number;
+    int address = 0;
+    int source = kSourceYx;
+};
+
+struct YcRow {
+    int number;
+    double scale = 1;
+    int offset = 0;
+};
+
+// The same for a DC charger, from numbers.
+void MakePointSettings(const std::vector<YxRow>& yx, const std::vector<YcRow>& yc);
+
 // `yx` rows of `count` points in table 0: "Point n", level 5, numbers from `first` on.
 std::vector<std::string> YxRows(int count, int first = 0);
 

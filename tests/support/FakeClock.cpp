@@ -27,10 +27,6 @@ void FakeClock::Set(std::time_t seconds) {
     Clock() = {seconds * kSecond, {}, 0, nullptr};
 }
 
-void FakeClock::Advance(std::time_t seconds) {
-    Clock().micros += seconds * kSecond;
-}
-
 const std::vector<useconds_t>& FakeClock::Sleeps() {
     return Clock().sleeps;
 }

@@ -14,7 +14,6 @@ struct FakeClock {
 
     // Sets the time, whole seconds of UTC, and forgets the sleeps.
     static void Set(std::time_t seconds);
-    static void Advance(std::time_t seconds);
     // Arguments of the `usleep` calls since Set; each moved the time on and returned at once.
     static const std::vector<useconds_t>& Sleeps();
     // Their sum.

@@ -49,7 +49,7 @@ ssize_t msgrcv(int id, void* message, std::size_t size, long type, int flags) {
     return Real<ssize_t(int, void*, std::size_t, long, int)>("msgrcv")(id, message, size, type, flags);
 }
 
-#ifdef __SANITIZE_ADDRESS__
+#ifdef ZOR_ADDRESS_SANITIZER
 // The sanitizer's allocator stays in place and tells. GCC comes without the header that declares this.
 int __sanitizer_install_malloc_and_free_hooks(void (*onMalloc)(const volatile void*, std::size_t),
                                               void (*onFree)(const volatile void*));

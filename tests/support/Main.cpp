@@ -5,12 +5,12 @@
 
 #include "tests/support/Sandbox.h"
 
-#ifdef __SANITIZE_ADDRESS__
+#ifdef ZOR_ADDRESS_SANITIZER
 // The outbound queue lives until the process ends; a test makes many of them.
 extern "C" const char* __lsan_default_suppressions();
 extern "C" const char* __lsan_default_suppressions() {
-    return "leak:CRuntimeData::CRuntimeData\nleak:CLinuxMsgQueue::CLinuxMsgQueue\nleak:CMutex::CMutex\n"
-           "leak:CMsgQueue::CMsgQueue\n";
+    return "leak:CRuntimeData::CRuntimeData\nleak:CLinuxMsgQueue::CLinuxMsgQueue\nleak:CMutex\nleak:"
+           "CMsgQueue\n";
 }
 // Their list at the end of a process would stand in the way of what a death test expects.
 extern "C" const char* __lsan_default_options();  // NOLINT(bugprone-reserved-identifier)

@@ -5,7 +5,6 @@
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <sys/auxv.h>
-#include <sys/msg.h>
 #include <sys/socket.h>
 #include <sys/time.h>
 #include <unistd.h>
@@ -95,10 +94,7 @@ int gettimeofday(timeval* at, void* /*zone*/) noexcept {
 int usleep(useconds_t micros) {
     grant.nowMicros += micros;
     if (testSocket < 0) return 0;
-    if (grant.pauseAtMicros != 0 && grant.nowMicros >= grant.pauseAtMicros)
-        StandStill();
-    else if (micros >= kTick && IsProgram(__builtin_return_address(0)) && --grant.passes == 0)
-        StandStill();
+    if (micros >= kTick && IsProgram(__builtin_return_address(0)) && --grant.passes == 0) StandStill();
     return 0;
 }
 
@@ -131,14 +127,6 @@ int fsync(int file) {
     ++syncs;
     if (IsLastFileCall()) Die();
     return Real<int(int)>("fsync")(file);
-}
-
-int msgget(key_t key, int flags) noexcept {
-    if (grant.msggetError != 0) {
-        errno = grant.msggetError;
-        return -1;
-    }
-    return Real<int(key_t, int)>("msgget")(key, flags);
 }
 
 }  // extern "C"

@@ -105,9 +105,14 @@ int RunOnHost(const std::function<int()>& run) {
 }  // namespace
 
 int RunInSandbox(const std::function<int()>& run) {
-    if (std::getenv("ZOR_TEST_NO_NAMESPACES") != nullptr || !EnterNamespaces()) return RunOnHost(run);
-    CleanStation();
+    if (std::getenv("ZOR_TEST_NO_NAMESPACES") != nullptr || !EnterSandbox()) return RunOnHost(run);
     return run();
+}
+
+bool EnterSandbox() {
+    if (!EnterNamespaces()) return false;
+    CleanStation();
+    return true;
 }
 
 void CleanStation() {

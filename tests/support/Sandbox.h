@@ -11,6 +11,10 @@
 // says in one line what is missing and returns 1.
 int RunInSandbox(const std::function<int()>& run);
 
+// The same for a process whose main() is not its own: the namespaces stay for the rest of its life. False
+// where the system refuses them.
+bool EnterSandbox();
+
 // Empties what a test may have left: the application directory (made where it is missing), the queue, the
 // segment.
 void CleanStation();

@@ -11,12 +11,7 @@ CSqlWatch* current = nullptr;
 }  // namespace
 
 struct SqlWatchHooks {
-    static int Opened(sqlite3* database, char** error, const void* /*routines*/) {
-        if (current->m_failingOpens > 0) {
-            --current->m_failingOpens;
-            *error = sqlite3_mprintf("refused");
-            return SQLITE_CANTOPEN;
-        }
+    static int Opened(sqlite3* database, char** /*error*/, const void* /*routines*/) {
         return sqlite3_trace_v2(database, SQLITE_TRACE_STMT, Begins, nullptr);
     }
 

@@ -19,13 +19,10 @@ class CSqlWatch {
     std::vector<std::string> Take();
     // Calls `act` once, when the next statement that starts with `text` is about to run.
     void Before(const std::string& text, std::function<void()> act) { m_before[text] = std::move(act); }
-    // The next `count` connections cannot be opened: "automatic extension loading failed: refused".
-    void FailOpens(int count) { m_failingOpens = count; }
 
   private:
     friend struct SqlWatchHooks;
 
     std::vector<std::string> m_statements;
     std::map<std::string, std::function<void()>> m_before;
-    int m_failingOpens = 0;
 };

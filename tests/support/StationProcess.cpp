@@ -45,12 +45,12 @@ void Redirect(const std::string& path, int descriptor) {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     Redirect(OutputFile(), STDOUT_FILENO);
     Redirect(ErrorFile(), STDERR_FILENO);
-    // The emulator passes the library on to the program in it; for the emulator itself it is of the wrong
-    // kind.
+    // The emulator passes the libraries on to the program in it; for the emulator itself they are of the
+    // wrong kind.
     if (kEmulated)
-        setenv("QEMU_SET_ENV", "LD_PRELOAD=" ZOR_TEST_CLOCK, 1);
+        setenv("QEMU_SET_ENV", "LD_PRELOAD=" ZOR_TEST_PRELOADED, 1);
     else
-        setenv("LD_PRELOAD", ZOR_TEST_CLOCK, 1);
+        setenv("LD_PRELOAD", ZOR_TEST_PRELOADED, 1);
     setenv(kClockSocket, std::to_string(socket).c_str(), 1);
     // The clock is loaded ahead of the sanitizer on purpose; freed blocks held back would look like growth.
     setenv("ASAN_OPTIONS", "verify_asan_link_order=0:quarantine_size_mb=0:thread_local_quarantine_size_kb=0",
@@ -79,8 +79,8 @@ bool CStationProcess::Start() {
     return m_pid > 0;
 }
 
-bool CStationProcess::Grant(std::uint32_t passes, std::int64_t pauseAtMicros, std::uint32_t killAtFileCall) {
-    const ClockGrant grant{m_nowMicros, pauseAtMicros, passes, m_msggetError, killAtFileCall, 0};
+bool CStationProcess::Grant(std::uint32_t passes, std::uint32_t killAtFileCall) {
+    const ClockGrant grant{m_nowMicros, passes, killAtFileCall};
     return (m_pid > 0 || Start()) && send(m_socket, &grant, sizeof grant, MSG_NOSIGNAL) == sizeof grant;
 }
 
@@ -105,12 +105,14 @@ void CStationProcess::RunPasses(std::uint32_t passes) {
     Expect(Grant(passes) && AwaitReport());
 }
 
-void CStationProcess::RunFor(std::int64_t micros) {
-    Expect(Grant(UINT32_MAX, m_nowMicros + micros) && AwaitReport());
+bool CStationProcess::RunOrEnd(std::uint32_t passes, int& status) {
+    if (Grant(passes) && AwaitReport()) return true;
+    status = Kill();
+    return false;
 }
 
 bool CStationProcess::RunIntoKill(std::uint32_t fileCall, std::uint32_t passes) {
-    if (Grant(passes, 0, fileCall) && AwaitReport()) return false;
+    if (Grant(passes, fileCall) && AwaitReport()) return false;
     EXPECT_EQ(-SIGKILL, Reap()) << Errors();
     return true;
 }
@@ -133,10 +135,10 @@ int CStationProcess::Reap() {
     return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
 }
 
-void CStationProcess::Kill() {
-    if (m_pid <= 0) return;
-    kill(m_pid, SIGKILL);
-    Reap();
+int CStationProcess::Kill() {
+    if (m_pid <= 0) return 0;
+    kill(m_pid, SIGKILL);  // changes nothing for a process that ended by itself
+    return Reap();
 }
 
 std::string CStationProcess::TakeOutput() {

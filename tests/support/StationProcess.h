@@ -20,12 +20,11 @@ class CStationProcess {
 
     // Lets the process run `passes` further passes of its main loop; the first call starts it.
     void RunPasses(std::uint32_t passes);
+    // The same, but the process may end in them: false then, and `status` becomes what RunToEnd returns.
+    bool RunOrEnd(std::uint32_t passes, int& status);
     // Lets it run until it ends. Returns its exit status, minus the number of the signal that ended it; fails
     // the test when it goes on for ever.
     int RunToEnd();
-    // Lets it run until its clock has moved on by so much, if need be into the middle of a pass, where it
-    // then stands in a sleep of a library. The pass counts as one of the passes that it runs next.
-    void RunFor(std::int64_t micros);
     // Lets it run `passes`, in which it is to kill itself in the middle of its `fileCall`th call (counted
     // from 1) that writes, syncs, cuts or removes a file. False when they had fewer of them.
     bool RunIntoKill(std::uint32_t fileCall, std::uint32_t passes = 1);
@@ -38,8 +37,6 @@ class CStationProcess {
     void SetTime(std::int64_t seconds) { m_nowMicros = seconds * 1000000; }
     std::int64_t Time() const { return m_nowMicros / 1000000; }
     std::int64_t Micros() const { return m_nowMicros; }
-    // Makes msgget fail with this errno from the next pass on.
-    void FailMsgget(int error) { m_msggetError = error; }
 
     // Standard output since the last call, and all of standard error.
     std::string TakeOutput();
@@ -50,16 +47,15 @@ class CStationProcess {
 
   private:
     bool Start();
-    bool Grant(std::uint32_t passes, std::int64_t pauseAtMicros = 0, std::uint32_t killAtFileCall = 0);
+    bool Grant(std::uint32_t passes, std::uint32_t killAtFileCall = 0);
     void Expect(bool reported);
     bool AwaitReport();
     int Reap();
-    void Kill();
+    int Kill();
 
     pid_t m_pid = -1;
     int m_socket = -1;
     std::int64_t m_nowMicros = kStart * 1000000;
-    std::int32_t m_msggetError = 0;
     std::uint32_t m_fileCalls = 0;
     std::uint32_t m_syncs = 0;
     std::size_t m_outputTaken = 0;

@@ -6,8 +6,11 @@
 
 #include <array>
 #include <cstdint>
+#include <cstdlib>
 #include <cstring>
+#include <functional>
 #include <string>
+#include <vector>
 
 #include "app/RuntimeData.h"
 #include "points/ShmCtrl.h"
@@ -74,6 +77,15 @@ class CEmptyStationTest : public testing::Test {
         FakeClock::Set(FakeClock::kStart);
     }
     void TearDown() override { CleanStation(); }
+
+    // What `run` prints, source lines masked; `errors` becomes what it prints on standard error.
+    std::string Printed(const std::function<void()>& run) {
+        const Captured captured = Capture(run);
+        errors = captured.err;
+        return Masked(captured.out);
+    }
+
+    std::string errors;
 };
 
 // As above, with a runtime object of a DC charger with two ports, past its start-up, nothing reported yet.
@@ -89,6 +101,23 @@ class CStationTest : public CEmptyStationTest {
     // Drains one message per call, as the loop does, until `count` calls are made.
     void Drain(int count) {
         for (int i = 0; i < count; ++i) runtime.DrainOutbound();
+    }
+    // Takes everything that waits to be drained, in order, each as Named shows it.
+    std::vector<std::string> Take() {
+        std::vector<std::string> all;
+        std::uint32_t code = 0;
+        void* buffer = nullptr;
+        while (runtime.m_outboundQueue->Pop(code, buffer) != 0) {
+            const auto* posted = static_cast<const std::uint8_t*>(buffer);
+            all.push_back(Named(code, posted + 2, posted[0] + posted[1] * 256U));
+            std::free(buffer);
+        }
+        return all;
+    }
+    // What `run` posts.
+    std::vector<std::string> Posted(const std::function<void()>& run) {
+        Printed(run);
+        return Take();
     }
 
     CLiveValues live;

@@ -1,8 +1,10 @@
 #include "tools/zorctl/BenchShm.h"
 
+#include <cstdio>
 #include <cstring>
 
 #include "System/Numbers.h"
+#include "tools/zorctl/SharedSegment.h"
 
 namespace {
 
@@ -34,6 +36,12 @@ void StoreFloat(std::uint8_t* at, float value) {
 
 }  // namespace
 
+std::string YcValue::Text() const {
+    char text[32];
+    std::snprintf(text, sizeof text, "%.7g", static_cast<double>(static_cast<float>(raw) * coefficient));
+    return text;
+}
+
 std::uint8_t* CBenchShm::EntryOf(ELiveTable table, int index) {
     switch (table) {
         case ELiveTable::Yx:
@@ -46,6 +54,13 @@ std::uint8_t* CBenchShm::EntryOf(ELiveTable table, int index) {
             return static_cast<std::uint8_t*>(getDd(index));
     }
     return nullptr;
+}
+
+std::string CBenchShm::WhyNot(const std::string& what) {
+    if (IsOpen()) return what + ": " + kNoSuchEntry;
+    const SharedSegmentState state = LookAtSharedSegment();
+    return SegmentName(state) + ": " +
+           (state.trouble.empty() ? "cannot be opened for writing" : state.trouble);
 }
 
 bool CBenchShm::SetState(ELiveTable table, int index, std::uint8_t state) {

@@ -4,10 +4,13 @@
 #include <array>
 #include <cstdint>
 #include <optional>
+#include <string>
 
 #include "points/ShmCtrl.h"
 
 enum class ELiveTable : std::uint8_t { Yx, Yx2, Yc, Dd };
+
+inline constexpr char kNoSuchEntry[] = "the shared memory has no such entry";
 
 using LiveArea = std::array<std::uint8_t, kEntryAreaSize>;
 
@@ -15,6 +18,9 @@ struct YcValue {
     std::uint32_t raw;
     float coefficient;
     LiveArea area;
+
+    // Raw value times coefficient, as people read it.
+    std::string Text() const;
 };
 
 // What to change in a YC entry; the rest of the entry stays.
@@ -28,6 +34,9 @@ struct YcChange {
 // is missing, as every user of the library does.
 class CBenchShm : public CShmCTRL {
   public:
+    // False where the segment cannot be used at all: nothing of it can be read or written then.
+    bool IsOpen() { return EntryOf(ELiveTable::Yx, 0) != nullptr; }
+
     // `table` is Yx or Yx2.
     bool SetState(ELiveTable table, int index, std::uint8_t state);
     std::optional<std::uint8_t> State(ELiveTable table, int index);
@@ -47,6 +56,9 @@ class CBenchShm : public CShmCTRL {
 
     bool SetEquipment(const std::array<std::uint8_t, kEquipmentSize>& number);
     bool HasEquipment() { return DeviceArea() != nullptr; }
+
+    // Why a setter or a reader of the entry `what` has failed.
+    std::string WhyNot(const std::string& what);
 
   private:
     std::uint8_t* EntryOf(ELiveTable table, int index);

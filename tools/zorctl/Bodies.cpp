@@ -10,9 +10,11 @@
 #include "history/ChargingRecord.h"
 #include "reports/BodyField.h"
 #include "reports/ChargingStatus.h"
+#include "reports/IdleStatus.h"
 #include "reports/PortState.h"
 #include "reports/SignalBodies.h"
 #include "tools/zorctl/HexText.h"
+#include "tools/zorctl/PlainText.h"
 
 namespace {
 
@@ -95,7 +97,7 @@ bool DecodeDocument(const std::uint8_t* body, std::size_t length, DecodedFrame& 
     }
     const cJSON* port = cJSON_GetObjectItemCaseSensitive(document.get(), "portNo");
     if (cJSON_IsNumber(port)) Add(decoded, {kPort, std::to_string(port->valueint), true});
-    decoded.document = std::move(text);
+    decoded.document = AsUtf8(text);
     return true;
 }
 
@@ -117,7 +119,7 @@ bool ListKnows(const std::string& name) {
 }
 
 bool DocumentKnows(const std::string& name) {
-    return !name.empty();
+    return name == kPort || IsIdleMember(name.c_str());
 }
 
 struct BodyDecoder {

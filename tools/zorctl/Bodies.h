@@ -13,6 +13,5 @@
 bool DecodeBody(std::uint16_t code, const std::uint8_t* body, std::size_t length, DecodedFrame& decoded,
                 std::string& trouble);
 
-// True for the name of a field that a message of this code can show. A document is not known by its members,
-// so that any name will do for it.
+// True for the name of a field that a message of this code can show.
 bool KnowsField(std::uint16_t code, const std::string& name);

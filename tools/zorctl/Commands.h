@@ -12,7 +12,8 @@ enum class EExit : int {
     WrongUse = 2  // the command line is wrong
 };
 
-// Runs the command line and returns the exit code. Output goes to stdout, complaints to stderr.
+// Runs the command line and returns the exit code. Output goes to stdout, complaints to stderr;
+// output that could not be written makes the command fail.
 int RunZorctl(int argc, const char* const* argv);
 
 // Prints "zorctl: " and the text as one line on standard error; returns EExit::Failed for the caller to pass
@@ -25,10 +26,13 @@ void AddInit(CLI::App& parent, EExit& result);
 void AddExport(CLI::App& parent, EExit& result);
 void AddSet(CLI::App& parent, EExit& result);
 void AddGet(CLI::App& parent, EExit& result);
-void AddPlay(CLI::App& parent, EExit& result);
 void AddLog(CLI::App& parent, EExit& result);
+void AddPlay(CLI::App& parent, EExit& result);
+void AddDecode(CLI::App& parent, EExit& result);
 void AddStatus(CLI::App& parent, EExit& result);
+void AddWatch(CLI::App& parent, EExit& result);
 void AddMainListen(CLI::App& parent, EExit& result);
 void AddMainSettings(CLI::App& parent, EExit& result);
+void AddMainSend(CLI::App& parent, EExit& result);
 void AddMainHistory(CLI::App& parent, EExit& result);
 void AddMainAck(CLI::App& parent, EExit& result);

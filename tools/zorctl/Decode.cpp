@@ -30,6 +30,12 @@ void CheckHead(DecodedFrame& decoded, const FrameParts& parts, std::size_t lengt
 
 }  // namespace
 
+std::string FieldText(const DecodedFrame& decoded, const char* name) {
+    for (const DecodedField& field : decoded.fields)
+        if (field.name == name) return field.value;
+    return "";
+}
+
 DecodedFrame DecodeFrame(const std::uint8_t* frame, std::size_t length) {
     const FrameParts parts = SplitFrame(frame, length);
     DecodedFrame decoded;

@@ -26,5 +26,8 @@ struct DecodedFrame {
     std::string trouble;  // what is wrong with the frame or its body, empty when all is well
 };
 
+// The value of the named field, empty where there is none.
+std::string FieldText(const DecodedFrame& decoded, const char* name);
+
 // Takes `length` bytes at `frame` for a message to zor_main; any bytes at all will do.
 DecodedFrame DecodeFrame(const std::uint8_t* frame, std::size_t length);

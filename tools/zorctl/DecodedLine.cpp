@@ -56,8 +56,8 @@ std::string TimeText(const std::timespec& time, const char* format) {
     return std::string(text, length) + fraction;
 }
 
-std::string TextLine(const Arrival& arrival, const DecodedFrame& decoded) {
-    return TimeText(arrival.time, kClockFormat) + ' ' + UntimedLine(decoded);
+std::string TextLine(const LineHead& head, const DecodedFrame& decoded) {
+    return head.time + (head.time.empty() ? "" : " ") + UntimedLine(decoded);
 }
 
 std::string UntimedLine(const DecodedFrame& decoded) {
@@ -71,13 +71,14 @@ std::string UntimedLine(const DecodedFrame& decoded) {
     return line;
 }
 
-std::string JsonLine(const Arrival& arrival, const DecodedFrame& decoded) {
+std::string JsonLine(const LineHead& head, const DecodedFrame& decoded) {
     const std::unique_ptr<cJSON, void (*)(cJSON*)> owner(cJSON_CreateObject(), cJSON_Delete);
     cJSON* object = owner.get();
-    cJSON_AddStringToObject(object, "time", TimeText(arrival.time, kDateFormat).c_str());
+    if (!head.time.empty()) cJSON_AddStringToObject(object, "time", head.time.c_str());
     if (decoded.message != nullptr) cJSON_AddStringToObject(object, "message", decoded.message->name);
     cJSON_AddNumberToObject(object, "code", decoded.code);
-    cJSON_AddNumberToObject(object, "sender", arrival.sender);
+    if (head.sender) cJSON_AddNumberToObject(object, "sender", *head.sender);
+    if (!head.frame.empty()) cJSON_AddStringToObject(object, "frame", head.frame.c_str());
     if (!decoded.fields.empty()) AddFields(cJSON_AddObjectToObject(object, "fields"), decoded.fields);
     if (decoded.isList) AddEntries(object, decoded);
     if (!decoded.document.empty())

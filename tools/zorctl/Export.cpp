@@ -26,19 +26,24 @@ struct ExportOptions {
 };
 
 EExit WriteOut(const std::string& path, const std::string& text) {
-    const bool toFile = !IsStandardOutput(path);
-    std::FILE* file = toFile ? std::fopen(path.c_str(), "wb") : stdout;
+    if (IsStandardOutput(path)) {
+        std::fwrite(text.data(), 1, text.size(), stdout);
+        return EExit::Done;
+    }
+    std::FILE* file = std::fopen(path.c_str(), "wb");
     if (file == nullptr) return Complain("%s: %s", path.c_str(), std::strerror(errno));
     bool written = std::fwrite(text.data(), 1, text.size(), file) == text.size();
-    written = (toFile ? std::fclose(file) : std::fflush(file)) == 0 && written;
+    written = std::fclose(file) == 0 && written;
     return written ? EExit::Done : Complain("%s: %s", path.c_str(), std::strerror(errno));
 }
 
-EExit ExportTable(CSqliteDb& database, const PointTable& table, const std::string& path) {
+EExit ExportTable(CSqliteDb& database, const ExportOptions& options, const PointTable& table,
+                  const std::string& path) {
+    const std::string file = PathOf(options.directory, kPointSettingFile);
     const CSqliteTable settings(database, table.select);
-    if (!settings.Ok()) return Complain("%s: %s", kPointSettingFile, WhyNot(settings).c_str());
+    if (!settings.Ok()) return Complain("%s: %s", file.c_str(), WhyNot(settings).c_str());
     if (settings.Rows() > 0 && settings.Columns() < static_cast<int>(table.width))
-        return Complain("%s: table of %s has %d columns, %zu expected", kPointSettingFile, table.name,
+        return Complain("%s: table of %s has %d columns, %zu expected", file.c_str(), table.name,
                         settings.Columns(), table.width);
     return WriteOut(path, WritePointCsv(table, settings));
 }
@@ -56,8 +61,8 @@ EExit Export(const ExportOptions& options, bool yx, bool yc) {
     if (const std::string trouble = OpenToRead(database, options.directory, kPointSettingFile);
         !trouble.empty())
         return Complain("%s", trouble.c_str());
-    EExit result = yx ? ExportTable(database, YxTable(), options.yxFile) : EExit::Done;
-    if (yc && result == EExit::Done) result = ExportTable(database, YcTable(), options.ycFile);
+    EExit result = yx ? ExportTable(database, options, YxTable(), options.yxFile) : EExit::Done;
+    if (yc && result == EExit::Done) result = ExportTable(database, options, YcTable(), options.ycFile);
     return result;
 }
 

@@ -27,25 +27,62 @@ EExit Read(const std::string& what, const std::function<bool(CBenchShm&)>& read)
     if (!SharedSegmentExists()) return Complain("there is no shared memory yet: nothing to read");
     CBenchShm shm;
     if (read(shm)) return EExit::Done;
-    return Complain("%s: the shared memory has no such entry", what.c_str());
+    return Complain("%s", shm.WhyNot(what).c_str());
+}
+
+// What an entry holds, as the names and texts of its parts.
+using Parts = std::vector<std::pair<const char*, std::string>>;
+
+bool IsText(const std::string& part) {
+    return part == "table" || part == "name" || part == "text" || part == "hex" || part == "equipment";
+}
+
+std::string JsonText(const Parts& parts) {
+    const std::unique_ptr<cJSON, void (*)(cJSON*)> object(cJSON_CreateObject(), cJSON_Delete);
+    for (const auto& [name, text] : parts) {
+        // A coefficient can be infinite or no number at all, which JSON has no way to write.
+        cJSON* item = IsText(name) ? cJSON_CreateString(AsUtf8(text).c_str())
+                      : std::isfinite(std::strtod(text.c_str(), nullptr)) ? cJSON_CreateRaw(text.c_str())
+                                                                          : cJSON_CreateNull();
+        cJSON_AddItemToObject(object.get(), name, item);
+    }
+    const std::unique_ptr<char, void (*)(void*)> text(cJSON_PrintUnformatted(object.get()), cJSON_free);
+    return text != nullptr ? text.get() : "";
+}
+
+CLI::Option* AddJson(CLI::App& command, bool& json) {
+    return command.add_flag("--json", json, "As one JSON object");
+}
+
+// A place in a table, and how to print what is there.
+struct Wanted {
+    LivePlace place;
+    bool json = false;
+};
+
+// Prints the only number of an entry, with what it is of in JSON.
+void PrintNumber(bool json, const char* table, const char* key, int index, const char* part,
+                 const std::string& number) {
+    const Parts parts{{"table", table}, {key, std::to_string(index)}, {part, number}};
+    std::puts((json ? JsonText(parts) : number).c_str());
 }
 
 void AddGetSignal(CLI::App& parent, const char* name, ELiveTable table, const char* help, EExit& result) {
-    auto place = std::make_shared<LivePlace>();
+    auto wanted = std::make_shared<Wanted>();
     CLI::App* command = parent.add_subcommand(name, help);
-    AddPlace(*command, *place, true);
-    command->callback([place, name, table, &result] {
-        const int index = place->Index();
-        result = Read(name + std::string(" ") + std::to_string(index), [table, index](CBenchShm& shm) {
+    AddPlace(*command, wanted->place, true);
+    AddJson(*command, wanted->json);
+    command->callback([wanted, name, table, &result] {
+        const int index = wanted->place.Index();
+        result = Read(name + std::string(" ") + std::to_string(index), [&](CBenchShm& shm) {
             const auto state = shm.State(table, index);
-            if (state) std::printf("%d\n", *state);
+            if (state) PrintNumber(wanted->json, name, "index", index, "state", std::to_string(*state));
             return state.has_value();
         });
     });
 }
 
-struct YcWanted {
-    LivePlace place;
+struct YcWanted : Wanted {
     bool raw = false;
     bool coefficient = false;
     bool text = false;
@@ -60,20 +97,44 @@ std::string AreaText(const LiveArea& area) {
     return text;
 }
 
-void PrintYc(const YcWanted& wanted, const YcValue& value) {
+std::string CoefficientText(const YcValue& value) {
+    char text[32];
+    std::snprintf(text, sizeof text, "%.9g", static_cast<double>(value.coefficient));
+    return text;
+}
+
+Parts YcParts(const YcValue& value) {
+    return {{"raw", std::to_string(value.raw)},
+            {"coefficient", CoefficientText(value)},
+            {"value", value.Text()},
+            {"text", AreaText(value.area)}};
+}
+
+Parts Joined(Parts parts, const Parts& more) {
+    parts.insert(parts.end(), more.begin(), more.end());
+    return parts;
+}
+
+void PrintYc(const YcWanted& wanted, int index, const YcValue& value) {
     const std::string text = AreaText(value.area);
     const std::string hex = HexText(value.area.data(), value.area.size());
     if (wanted.raw)
         std::printf("%" PRIu32 "\n", value.raw);
     else if (wanted.coefficient)
-        std::printf("%.9g\n", static_cast<double>(value.coefficient));
+        std::printf("%s\n", CoefficientText(value).c_str());
     else if (wanted.text)
         std::printf("%s\n", text.c_str());
     else if (wanted.hex)
         std::printf("%s\n", hex.c_str());
+    else if (wanted.json)
+        std::puts(
+            JsonText(Joined(Joined({{"table", TableName(ELiveTable::Yc)}, {"index", std::to_string(index)}},
+                                   YcParts(value)),
+                            {{"hex", hex}}))
+                .c_str());
     else
-        std::printf("raw=%" PRIu32 " coefficient=%.9g text=\"%s\" hex=%s\n", value.raw,
-                    static_cast<double>(value.coefficient), text.c_str(), hex.c_str());
+        std::printf("raw=%" PRIu32 " coefficient=%s text=\"%s\" hex=%s\n", value.raw,
+                    CoefficientText(value).c_str(), text.c_str(), hex.c_str());
 }
 
 void AddGetYc(CLI::App& parent, EExit& result) {
@@ -86,40 +147,44 @@ void AddGetYc(CLI::App& parent, EExit& result) {
     parts->add_flag("--coefficient", wanted->coefficient, "What the raw value is times");
     parts->add_flag("--text", wanted->text, "The free-form area as text");
     parts->add_flag("--hex", wanted->hex, "The free-form area as bytes");
+    AddJson(*parts, wanted->json)->description("All of it as one JSON object");
     command->callback([wanted, &result] {
         const int index = wanted->place.Index();
         result = Read("yc " + std::to_string(index), [&wanted, index](CBenchShm& shm) {
             const auto value = shm.Yc(index);
-            if (value) PrintYc(*wanted, *value);
+            if (value) PrintYc(*wanted, index, *value);
             return value.has_value();
         });
     });
 }
 
 void AddGetDd(CLI::App& parent, EExit& result) {
-    auto place = std::make_shared<LivePlace>();
+    auto wanted = std::make_shared<Wanted>();
     CLI::App* command = parent.add_subcommand("dd", "An energy counter, in units of 1/10000");
-    AddPlace(*command, *place, false);
-    command->callback([place, &result] {
-        const int index = place->Index();
-        result = Read("dd " + std::to_string(index), [index](CBenchShm& shm) {
+    AddPlace(*command, wanted->place, false);
+    AddJson(*command, wanted->json);
+    command->callback([wanted, &result] {
+        const int index = wanted->place.Index();
+        result = Read("dd " + std::to_string(index), [&wanted, index](CBenchShm& shm) {
             const auto value = shm.Dd(index);
-            if (value) std::printf("%" PRIu64 "\n", *value);
+            if (value) PrintNumber(wanted->json, "dd", "index", index, "value", std::to_string(*value));
             return value.has_value();
         });
     });
 }
 
 void AddGetGun(CLI::App& parent, EExit& result) {
-    auto port = std::make_shared<int>(0);
+    auto wanted = std::make_shared<Wanted>();
+    int& port = wanted->place.port;
     CLI::App* command = parent.add_subcommand("gun", "The gun state of a port");
-    command->add_option("PORT", *port, "Port; 0 and 1 share an entry")
+    AddJson(*command, wanted->json);
+    command->add_option("PORT", port, "Port; 0 and 1 share an entry")
         ->required()
         ->check(CLI::Range(0, kMaxPorts));
-    command->callback([port, &result] {
-        result = Read("gun " + std::to_string(*port), [&port](CBenchShm& shm) {
-            const auto state = shm.Gun(*port);
-            if (state) std::printf("%d\n", *state);
+    command->callback([wanted, &port, &result] {
+        result = Read("gun " + std::to_string(port), [&](CBenchShm& shm) {
+            const auto state = shm.Gun(port);
+            if (state) PrintNumber(wanted->json, "gun", "port", port, "state", std::to_string(*state));
             return state.has_value();
         });
     });
@@ -128,22 +193,16 @@ void AddGetGun(CLI::App& parent, EExit& result) {
 void AddGetEquipment(CLI::App& parent, EExit& result) {
     CLI::App* command =
         parent.add_subcommand("equipment", "The equipment number: 16 hexadecimal digits in stored order");
-    command->callback([&result] {
-        result = Read("equipment", [](CBenchShm& shm) {
+    auto json = std::make_shared<bool>(false);
+    AddJson(*command, *json);
+    command->callback([json, &result] {
+        result = Read("equipment", [&json](CBenchShm& shm) {
             const auto number = shm.EquipmentNumber();
-            if (shm.HasEquipment()) std::printf("%s\n", HexText(number.data(), number.size()).c_str());
+            const std::string text = HexText(number.data(), number.size());
+            if (shm.HasEquipment()) std::puts((*json ? JsonText({{"equipment", text}}) : text).c_str());
             return shm.HasEquipment();
         });
     });
-}
-
-// What a point holds, as the names and texts of its parts.
-using Parts = std::vector<std::pair<const char*, std::string>>;
-
-std::string RealText(float value, const char* format) {
-    char text[32];
-    std::snprintf(text, sizeof text, format, static_cast<double>(value));
-    return text;
 }
 
 // Empty where there is no such entry.
@@ -153,11 +212,7 @@ Parts PartsOf(CBenchShm& shm, const NamedPoint& point) {
         return state ? Parts{{"state", std::to_string(*state)}} : Parts{};
     }
     const auto yc = shm.Yc(point.index);
-    if (!yc) return {};
-    return {{"raw", std::to_string(yc->raw)},
-            {"coefficient", RealText(yc->coefficient, "%.9g")},
-            {"value", RealText(static_cast<float>(yc->raw) * yc->coefficient, "%.7g")},
-            {"text", AreaText(yc->area)}};
+    return yc ? YcParts(*yc) : Parts{};
 }
 
 std::string NamedText(const NamedPoint& point, const Parts& parts) {
@@ -169,22 +224,11 @@ std::string NamedText(const NamedPoint& point, const Parts& parts) {
 }
 
 std::string NamedJson(const NamedPoint& point, const Parts& parts) {
-    const std::unique_ptr<cJSON, void (*)(cJSON*)> owner(cJSON_CreateObject(), cJSON_Delete);
-    cJSON* object = owner.get();
-    cJSON_AddStringToObject(object, "table", TableName(point.table));
-    cJSON_AddNumberToObject(object, "index", point.index);
-    cJSON_AddStringToObject(object, "name", AsUtf8(point.name).c_str());
-    cJSON_AddNumberToObject(object, "port", point.port);
-    for (const auto& [name, text] : parts) {
-        const bool isText = name == std::string("text");
-        // A coefficient can be infinite or no number at all, which JSON has no way to write.
-        cJSON* item = isText                                              ? cJSON_CreateString(text.c_str())
-                      : std::isfinite(std::strtod(text.c_str(), nullptr)) ? cJSON_CreateRaw(text.c_str())
-                                                                          : cJSON_CreateNull();
-        cJSON_AddItemToObject(object, name, item);
-    }
-    const std::unique_ptr<char, void (*)(void*)> text(cJSON_PrintUnformatted(object), cJSON_free);
-    return text != nullptr ? text.get() : "";
+    return JsonText(Joined({{"table", TableName(point.table)},
+                            {"index", std::to_string(point.index)},
+                            {"name", point.name},
+                            {"port", std::to_string(point.port)}},
+                           parts));
 }
 
 EExit GetNamed(const NamedPlace& place, bool json) {

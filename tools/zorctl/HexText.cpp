@@ -1,5 +1,7 @@
 #include "tools/zorctl/HexText.h"
 
+#include <cstdio>
+
 namespace {
 
 int DigitValue(char c) {
@@ -22,17 +24,31 @@ std::string HexText(const std::uint8_t* bytes, std::size_t count, const char* ga
     return text;
 }
 
-bool ParseHex(const std::string& text, std::vector<std::uint8_t>& bytes) {
-    for (std::size_t i = 0; i < text.size();) {
-        if (text[i] == ' ') {
+std::string HexKey(int key) {
+    char text[16];
+    std::snprintf(text, sizeof text, "0x%X", static_cast<unsigned>(key));
+    return text;
+}
+
+std::size_t ReadHex(const std::string& text, std::vector<std::uint8_t>& bytes) {
+    std::size_t i = 0;
+    while (i < text.size()) {
+        if (text[i] == ' ' || text[i] == '\t' || text[i] == '\r') {
             ++i;
             continue;
         }
+        if (text[i] == '0' && i + 2 < text.size() && (text[i + 1] == 'x' || text[i + 1] == 'X') &&
+            DigitValue(text[i + 2]) >= 0)
+            i += 2;
         const int high = DigitValue(text[i]);
         const int low = i + 1 < text.size() ? DigitValue(text[i + 1]) : -1;
-        if (high < 0 || low < 0) return false;
+        if (high < 0 || low < 0) break;
         bytes.push_back(static_cast<std::uint8_t>(high << 4 | low));
         i += 2;
     }
-    return true;
+    return i;
+}
+
+bool ParseHex(const std::string& text, std::vector<std::uint8_t>& bytes) {
+    return ReadHex(text, bytes) == text.size();
 }

@@ -1,5 +1,8 @@
 #include "tools/zorctl/HistoryFrames.h"
 
+#include <iterator>
+
+#include "System/DateTime.h"
 #include "System/Numbers.h"
 #include "history/ChargingRecord.h"
 #include "ipc/SettingsCommand.h"
@@ -22,6 +25,14 @@ std::uint8_t Pair(const std::string& text, std::size_t at) {
     return ToBcd(static_cast<unsigned>((text[at] - '0') * 10 + text[at + 1] - '0'));
 }
 
+// 0 for a month that no year has.
+int DaysIn(int year, int month) {
+    constexpr int kDays[] = {0, 31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+    const bool leap = (year % 4 == 0 && year % 100 != 0) || year % 400 == 0;
+    if (month >= static_cast<int>(std::size(kDays))) return 0;
+    return month == 2 && leap ? 29 : kDays[month];
+}
+
 }  // namespace
 
 bool ParseDate(const std::string& text, BcdDate& date) {
@@ -32,7 +43,21 @@ bool ParseDate(const std::string& text, BcdDate& date) {
         if (kForm[i] == '0' ? !digit : text[i] != kForm[i]) return false;
     }
     date = {Pair(text, 0), Pair(text, 2), Pair(text, 5), Pair(text, 8)};
-    return date.month >= 0x01 && date.month <= 0x12 && date.day >= 0x01 && date.day <= 0x31;
+    const int day = std::stoi(text.substr(8));
+    return day >= 1 && day <= DaysIn(std::stoi(text.substr(0, 4)), std::stoi(text.substr(5, 2)));
+}
+
+std::string DayText(std::time_t now, bool yesterday) {
+    std::tm local{};
+    localtime_r(&now, &local);
+    if (yesterday) {
+        --local.tm_mday;
+        local.tm_hour = 12;  // clear of the hours that summer time skips or repeats
+        local.tm_isdst = -1;
+        std::mktime(&local);
+    }
+    char text[16];
+    return std::string(text, std::strftime(text, sizeof text, CDateTime::kDateFormat, &local));
 }
 
 Frame BuildHistoryRequest(std::uint8_t port, const BcdDate& date, std::uint8_t hour) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <ctime>
 #include <string>
 
 #include "ipc/Frame.h"
@@ -14,8 +15,11 @@ struct BcdDate {
     std::uint8_t day = 0;
 };
 
-// Reads "2023-08-30". False for any other form, and for a month or a day that no year has.
+// Reads "2023-08-30". False for any other form, and for a day that its month does not have.
 bool ParseDate(const std::string& text, BcdDate& date);
+
+// The local day of `now`, or with `yesterday` the one before, as ParseDate reads it.
+std::string DayText(std::time_t now, bool yesterday);
 
 // Asks for the record of an hour (0 to 23) of a port, or with kWholeDay for those of the day.
 Frame BuildHistoryRequest(std::uint8_t port, const BcdDate& date, std::uint8_t hour);

@@ -9,6 +9,8 @@
 
 #include "System/AppFiles.h"
 #include "System/Sqlite.h"
+#include "events/EventDatabase.h"
+#include "history/HistoryDatabase.h"
 #include "tools/zorctl/Commands.h"
 #include "tools/zorctl/RowOutput.h"
 #include "tools/zorctl/SinceText.h"
@@ -25,9 +27,10 @@ struct LogKind {
 };
 
 constexpr LogKind kLogs[] = {
-    {"soe", "Changes of status points", kEventFile, "tagSOE", "id timestamp yx_table point_no value event"},
-    {"errors", "Measurements at the moment of a port's fault", kEventFile, "tagErrMsg", "id timestamp event"},
-    {"history", "Hourly charging records", kHistoryFile, "tagYC",
+    {"soe", "Changes of status points", kEventFile, kSoeTable, "id timestamp yx_table point_no value event"},
+    {"errors", "Measurements at the moment of a port's fault", kEventFile, kErrMsgTable,
+     "id timestamp event"},
+    {"history", "Hourly charging records", kHistoryFile, kYcTable,
      "id timestamp portNo sendcount mvalue fvalue tradeelec tradenumber dcK1Cnt dcK2Cnt"},
 };
 
@@ -90,13 +93,12 @@ EExit Log(const LogKind& kind, const LogOptions& options) {
         return Complain("%s", trouble.c_str());
     Rows rows;
     if (const std::string trouble = ReadRows(database, kind, options, rows); !trouble.empty())
-        return Complain("%s: %s", kind.file, trouble.c_str());
+        return Complain("%s: %s", PathOf(options.directory, kind.file).c_str(), trouble.c_str());
     const std::string text = options.csv    ? CsvLines(rows)
                              : options.json ? JsonLines(rows)
                                             : AlignedText(rows, kind.shown);
-    if (std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0)
-        return EExit::Done;
-    return Complain("cannot write to standard output");
+    std::fwrite(text.data(), 1, text.size(), stdout);
+    return EExit::Done;
 }
 
 void AddLogKind(CLI::App& parent, const LogKind& kind, EExit& result) {

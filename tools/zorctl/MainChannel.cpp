@@ -4,8 +4,11 @@
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
+
+#include "tools/zorctl/NumberIn.h"
 
 CDeadline DeadlineIn(double seconds) {
     if (seconds < 0) return kNever;
@@ -57,18 +60,27 @@ int CMainChannel::Receive(SysVMessage& message, std::size_t& length) {
         length = static_cast<std::size_t>(got);
         return 1;
     }
-    if (errno == ENOMSG || errno == EINTR) return 0;
-    Complain("queue 0x%X: %s", static_cast<unsigned>(kQueueKey), std::strerror(errno));
+    return errno == ENOMSG || errno == EINTR ? 0 : Failed(errno);
+}
+
+int CMainChannel::Peek(SysVMessage& message, std::size_t& length) {
+    const int got = m_follower.Next(m_queue, message, length);
+    return got < 0 ? Failed(errno) : got;
+}
+
+int CMainChannel::Failed(int error) const {
+    Complain("queue 0x%X: %s", static_cast<unsigned>(kQueueKey),
+             error == ENOSYS ? "this kernel cannot copy messages (MSG_COPY)" : std::strerror(error));
     return -1;
 }
 
 bool CMainChannel::Send(const Frame& frame, CDeadline deadline, CStopSignals& stop) {
-    SysVMessage message{};
-    message.type = kTypeFromMain;
-    const auto sender = static_cast<std::int32_t>(getpid());
-    std::memcpy(message.text, &sender, kProcessIdSize);
-    std::memcpy(message.Frame(), frame.bytes.data(), frame.length);
-    while (msgsnd(m_queue, &message, sizeof message.text, IPC_NOWAIT) != 0) {
+    return Send(MessageWith(frame.bytes.data(), frame.length), kMessageTextSize, deadline, stop);
+}
+
+bool CMainChannel::Send(const SysVMessage& message, std::size_t length, CDeadline deadline,
+                        CStopSignals& stop) {
+    while (msgsnd(m_queue, &message, length, IPC_NOWAIT) != 0) {
         const int error = errno;
         const bool full = error == EAGAIN || error == EINTR;
         if (full && !HasPassed(deadline) && !stop.Pause()) continue;
@@ -76,6 +88,15 @@ bool CMainChannel::Send(const Frame& frame, CDeadline deadline, CStopSignals& st
         return false;
     }
     return true;
+}
+
+SysVMessage MessageWith(const std::uint8_t* frame, std::size_t length) {
+    SysVMessage message{};
+    message.type = kTypeFromMain;
+    const auto sender = static_cast<std::int32_t>(getpid());
+    std::memcpy(message.text, &sender, kProcessIdSize);
+    std::memcpy(message.Frame(), frame, std::min(length, kFrameCapacity));
+    return message;
 }
 
 EExit SendCommand(const Frame& frame, double wait) {
@@ -87,5 +108,5 @@ EExit SendCommand(const Frame& frame, double wait) {
 }
 
 void AddSeconds(CLI::App& command, const char* name, double& seconds, const char* help) {
-    command.add_option(name, seconds, help)->capture_default_str()->check(CLI::Range(0.0, 1e9));
+    command.add_option(name, seconds, help)->capture_default_str()->check(NumberIn(0.0, 1e9));
 }

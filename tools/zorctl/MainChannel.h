@@ -7,6 +7,7 @@
 
 #include "ipc/Frame.h"
 #include "tools/zorctl/Commands.h"
+#include "tools/zorctl/QueueCopy.h"
 
 // A point in time to wait until.
 using CDeadline = std::chrono::steady_clock::time_point;
@@ -44,12 +45,24 @@ class CMainChannel {
     // is none, -1 with a line on standard error when the queue cannot be read.
     int Receive(SysVMessage& message, std::size_t& length);
 
-    // Sends `frame` as zor_main, waiting for room until `deadline`. False with a line on standard error.
+    // The same with the next message that was not there before, which stays where it is.
+    int Peek(SysVMessage& message, std::size_t& length);
+
+    // Sends a message with `length` bytes of text, waiting for room until `deadline`. False with a line on
+    // standard error.
+    bool Send(const SysVMessage& message, std::size_t length, CDeadline deadline, CStopSignals& stop);
+    // Sends `frame` as zor_main does.
     bool Send(const Frame& frame, CDeadline deadline, CStopSignals& stop);
 
   private:
+    int Failed(int error) const;
+
     int m_queue = -1;
+    CQueueFollower m_follower;
 };
+
+// `frame`, at most kFrameCapacity bytes, in a message from this process as zor_main sends it.
+SysVMessage MessageWith(const std::uint8_t* frame, std::size_t length);
 
 // Sends one command as zor_main, waiting up to `wait` seconds for the queue and for room in it.
 EExit SendCommand(const Frame& frame, double wait);

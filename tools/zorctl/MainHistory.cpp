@@ -1,14 +1,17 @@
 // zorctl main history and main ack: asks for charging records, and acknowledges them.
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <cstdio>
+#include <ctime>
 #include <memory>
 #include <string>
 
 #include "history/ChargingRecord.h"
+#include "history/HistoryDatabase.h"
 #include "tools/zorctl/Commands.h"
 #include "tools/zorctl/HistoryFrames.h"
 #include "tools/zorctl/MainChannel.h"
-#include "tools/zorctl/TakenMessage.h"
+#include "tools/zorctl/MessageLines.h"
 
 namespace {
 
@@ -17,7 +20,7 @@ struct HistoryOptions {
     std::string date;
     int hour = kWholeDay;
     double seconds = 10;
-    bool json = false;
+    LineForm form;
 };
 
 struct AckOptions {
@@ -26,12 +29,6 @@ struct AckOptions {
     std::string result;
     double wait = 0;
 };
-
-std::string FieldText(const DecodedFrame& decoded, const char* name) {
-    for (const DecodedField& field : decoded.fields)
-        if (field.name == name) return field.value;
-    return "";
-}
 
 // A live record has status 0. A record that is resent at the same time looks like an answer, unless it is of
 // another port or a time that was not asked for.
@@ -43,15 +40,17 @@ bool IsAnswer(const HistoryOptions& options, const DecodedFrame& decoded) {
     std::string asked = options.date;
     asked.erase(std::remove(asked.begin(), asked.end(), '-'), asked.end());
     if (options.hour == kWholeDay) return time.compare(0, asked.size(), asked) == 0;
-    asked += std::to_string(100 + options.hour).substr(1) + "0010";  // or the newest one before
-    return time < asked;
+    char end[16];
+    std::snprintf(end, sizeof end, "%02d00%02d", options.hour, kHourAnswerEnd);
+    return time < asked + end;
 }
 
 // The answers to a whole day come by hours.
 bool IsLastAnswer(const HistoryOptions& options, const DecodedFrame& decoded) {
     constexpr std::size_t kHourPlace = 8;
+    static const std::string kLastHour = std::to_string(kWholeDay - 1);
     return decoded.bodyLength == 0 || options.hour != kWholeDay ||
-           FieldText(decoded, "time").compare(kHourPlace, 2, "23") == 0;
+           FieldText(decoded, "time").compare(kHourPlace, 2, kLastHour) == 0;
 }
 
 // Prints answers until the last one has come, none has come for a while after the first one, or the deadline
@@ -59,6 +58,7 @@ bool IsLastAnswer(const HistoryOptions& options, const DecodedFrame& decoded) {
 EExit TakeAnswers(const HistoryOptions& options, CMainChannel& channel, CDeadline deadline,
                   CStopSignals& stop) {
     constexpr double kIdleSeconds = 4;  // the process pauses up to 2.4 s before it sends what it has read
+    CMessageLines lines(options.form);
     bool answered = false;
     bool over = false;
     unsigned long others = 0;
@@ -76,7 +76,7 @@ EExit TakeAnswers(const HistoryOptions& options, CMainChannel& channel, CDeadlin
             ++others;
             continue;
         }
-        if (!Print(taken, options.json)) return EExit::Failed;
+        if (!lines.Print(taken)) return EExit::Failed;
         answered = true;
         over = IsLastAnswer(options, taken.decoded);
         end = std::min(deadline, DeadlineIn(kIdleSeconds));
@@ -108,6 +108,11 @@ std::string CheckDate(const std::string& text) {
     return ParseDate(text, date) ? "" : "not a date such as 2023-08-30: " + text;
 }
 
+std::string DateOf(std::string text) {
+    if (text != "today" && text != "yesterday") return text;
+    return DayText(std::time(nullptr), text == "yesterday");
+}
+
 // So that 08 is an hour and no attempt at an octal number.
 std::string WithoutLeadingZeros(std::string text) {
     text.erase(0, std::min(text.find_first_not_of('0'), text.size() - 1));
@@ -117,7 +122,10 @@ std::string WithoutLeadingZeros(std::string text) {
 template <typename Options>
 void AddRecordOptions(CLI::App& command, Options& options) {
     command.add_option("PORT", options.port, "Port, 0 where there is only one")->required();
-    command.add_option("DATE", options.date, "Day of the record")->required()->check(CheckDate, "YYYY-MM-DD");
+    command.add_option("DATE", options.date, "Day of the record")
+        ->required()
+        ->transform(DateOf, "")
+        ->check(CheckDate, "YYYY-MM-DD|today|yesterday");
 }
 
 }  // namespace
@@ -132,7 +140,7 @@ void AddMainHistory(CLI::App& parent, EExit& result) {
         ->transform(WithoutLeadingZeros, "")
         ->check(CLI::Range(0, kWholeDay));
     AddSeconds(*command, "--seconds", options->seconds, "How long to wait for the queue and the answers");
-    command->add_flag("--json", options->json, "One JSON object per line");
+    AddLineForm(*command, options->form);
     command->footer("Takes other messages to zor_main from the queue too, without printing them.");
     command->callback([options, &result] { result = AskForHistory(*options); });
 }

@@ -30,6 +30,13 @@ std::size_t CharacterAt(const std::string& text, std::size_t at) {
     return outside ? 0 : length;
 }
 
+// C0 and C1 controls, and DEL.
+bool IsControl(const std::string& character) {
+    const auto lead = static_cast<unsigned char>(character[0]);
+    if (lead == 0xC2) return static_cast<unsigned char>(character[1]) < 0xA0;
+    return lead < 0x20 || lead == 0x7F;
+}
+
 }  // namespace
 
 bool IsUtf8(const std::string& text) {
@@ -54,9 +61,17 @@ std::string AsUtf8(const std::string& text) {
 
 std::string Printable(const std::string& text) {
     std::string out;
-    for (const char c : text) {
-        const auto byte = static_cast<std::uint8_t>(c);
-        out += byte < 0x20 || byte == 0x7F ? "\\x" + HexText(&byte, 1) : std::string(1, c);
+    for (std::size_t at = 0; at < text.size();) {
+        const std::size_t length = CharacterAt(text, at);
+        const std::string character = text.substr(at, std::max<std::size_t>(length, 1));
+        if (length == 0 || IsControl(character))
+            for (const char c : character) {
+                const auto byte = static_cast<std::uint8_t>(c);
+                out += "\\x" + HexText(&byte, 1);
+            }
+        else
+            out += character;
+        at += character.size();
     }
     return out;
 }

@@ -7,7 +7,7 @@
 bool IsUtf8(const std::string& text);
 // `text` with a replacement character for each byte that makes it no UTF-8.
 std::string AsUtf8(const std::string& text);
-// What a terminal could take for a command is shown as its value: "\x1b".
+// What a terminal could take for a command, and what is no UTF-8, is shown byte by byte: "\x1b".
 std::string Printable(const std::string& text);
 // How many characters `text` has.
 std::size_t CharacterCount(const std::string& text);

@@ -1,12 +1,12 @@
 // zorctl play: a scenario, played against a running station.
 #include <CLI/CLI.hpp>
 #include <cstdio>
-#include <fstream>
 #include <memory>
-#include <sstream>
 
 #include "System/AppFiles.h"
 #include "tools/zorctl/Commands.h"
+#include "tools/zorctl/NumberIn.h"
+#include "tools/zorctl/PlainText.h"
 #include "tools/zorctl/Player.h"
 
 namespace {
@@ -38,12 +38,13 @@ EExit PlayScenario(const PlayOptions& options, const Scenario& scenario) {
     CMainChannel channel;
     if (!channel.Open(DeadlineIn(options.wait), stop)) return EExit::Failed;
     CBenchShm live;
+    if (!live.IsOpen()) return Complain("%s", live.WhyNot("").c_str());
     CEventReader events(options.directory + '/' + kEventFile);
     CPlayLog log(options.json ? EPlayOutput::Json : options.quiet ? EPlayOutput::Results : EPlayOutput::All);
     do {
         CPlayer player(scenario, {live, channel, stop, events, log}, options.speed);
         const bool played = PlayInRealTime(player, stop);
-        if (!log.Works()) return Complain("cannot write to standard output");
+        if (!log.Works()) return EExit::Failed;
         if (player.Failures() > 0) return Complain("%s: %d failed", options.file.c_str(), player.Failures());
         if (!played) return options.loop ? EExit::Done : Complain("%s: interrupted", options.file.c_str());
     } while (options.loop);
@@ -51,11 +52,12 @@ EExit PlayScenario(const PlayOptions& options, const Scenario& scenario) {
 }
 
 EExit Play(const PlayOptions& options) {
-    std::ostringstream text;
-    if (const std::ifstream file(options.file); !(text << file.rdbuf()))
-        return Complain("%s: cannot be read, or is empty", options.file.c_str());
+    std::string text;
+    if (const std::string trouble = ReadWholeFile(options.file, text); !trouble.empty())
+        return Complain("%s", trouble.c_str());
     std::vector<std::string> faults;
-    const Scenario scenario = ParseScenario(options.file, text.str(), faults);
+    const Scenario scenario = ParseScenario(options.file, text, faults);
+    if (faults.empty() && scenario.lines.empty()) faults.push_back(options.file + ": no action in it");
     for (const std::string& fault : faults) Complain("%s", fault.c_str());
     if (!faults.empty()) return EExit::WrongUse;
     return options.check ? EExit::Done : PlayScenario(options, scenario);
@@ -69,12 +71,15 @@ void AddPlay(CLI::App& parent, EExit& result) {
                                               "Play a scenario: live values, commands, and what has to come "
                                               "of them; takes every message to zor_main");
     command->add_option("FILE", options->file, "The scenario")->required();
-    command->add_option("--speed", options->speed, "Offsets and ramps go by this many times as fast")
-        ->check(CLI::Range(0.001, 1000.0));
-    command->add_flag("--loop", options->loop, "Again and again, until Ctrl-C or a failure");
+    command
+        ->add_option("--speed", options->speed,
+                     "Offsets and ramps go by this many times as fast; the process keeps its own "
+                     "times, and 'within' stays as it is")
+        ->check(NumberIn(0.001, 1000.0));
+    command->add_flag("--loop", options->loop,
+                      "Again and again, until Ctrl-C or a failure; the next round begins at once");
     command->add_option("--dir", options->directory, "Where the event database is")->capture_default_str();
-    command->add_option("--wait", options->wait, "Seconds to wait for the queue")
-        ->check(CLI::Range(0.0, 1e9));
+    AddSeconds(*command, "--wait", options->wait, "Seconds to wait for the queue");
     command->add_flag("--check", options->check, "Only say whether FILE is a scenario");
     auto* quiet = command->add_flag("--quiet", options->quiet, "Only what came of the expectations");
     command->add_flag("--json", options->json, "One JSON object per line")->excludes(quiet);

@@ -6,6 +6,9 @@
 #include <memory>
 
 #include "tools/zorctl/Commands.h"
+#include "tools/zorctl/DecodedLine.h"
+#include "tools/zorctl/MessageLines.h"
+#include "tools/zorctl/PlainText.h"
 
 namespace {
 
@@ -14,7 +17,7 @@ class CJsonLine {
   public:
     explicit CJsonLine(const std::timespec& now) { Text("time", TimeText(now, kDateFormat)); }
     CJsonLine& Text(const char* name, const std::string& value) {
-        cJSON_AddStringToObject(m_object.get(), name, value.c_str());
+        cJSON_AddStringToObject(m_object.get(), name, AsUtf8(value).c_str());
         return *this;
     }
     CJsonLine& Number(const char* name, double value) {
@@ -47,21 +50,21 @@ double Seconds(PlayTime time) {
 
 // Line by line, for whoever reads the other end of a pipe.
 void CPlayLog::Print(const std::string& line) {
-    m_works = m_works && std::puts(line.c_str()) >= 0 && std::fflush(stdout) == 0;
+    m_works = m_works && PrintLine(line);
 }
 
 void CPlayLog::Played(const std::timespec& now, const ScenarioLine& line) {
     if (m_output == EPlayOutput::Json)
         Print(CJsonLine(now).Number("line", line.number).Text("action", line.text).Print());
     else if (m_output == EPlayOutput::All)
-        Print(TimeText(now, kClockFormat) + " -- " + Shown(line));
+        Print(TimeText(now, kClockFormat) + " -- " + Printable(Shown(line)));
 }
 
 void CPlayLog::Came(const TakenMessage& taken) {
     if (m_output == EPlayOutput::Json)
-        Print(JsonLine(taken.arrival, taken.decoded));
+        Print(CMessageLines({true}).Next(taken));
     else if (m_output == EPlayOutput::All)
-        Print(TextLine(taken.arrival, taken.decoded));
+        Print(CMessageLines({}).Next(taken));
 }
 
 void CPlayLog::Recorded(const std::timespec& now, const EventRow& event) {
@@ -74,11 +77,11 @@ void CPlayLog::Recorded(const std::timespec& now, const EventRow& event) {
     } else if (m_output == EPlayOutput::All) {
         std::string text = TimeText(now, kClockFormat) + " SOE";
         for (const DecodedField& field : fields) text += ' ' + field.name + '=' + field.value;
-        Print(text + " \"" + event.text + '"');
+        Print(text + " \"" + Printable(event.text) + '"');
     }
 }
 
-void CPlayLog::Decided(const std::timespec& now, const std::string& file, const CWatch& watch,
+void CPlayLog::Decided(const std::timespec& now, const std::string& file, const CPlayWatch& watch,
                        PlayTime time) {
     const ScenarioLine& line = watch.Line();
     if (m_output == EPlayOutput::Json) {
@@ -92,9 +95,10 @@ void CPlayLog::Decided(const std::timespec& now, const std::string& file, const 
     if (m_output == EPlayOutput::Json) return;
     char after[32] = "";
     if (watch.HasCome()) std::snprintf(after, sizeof after, " (after %.1f s)", Seconds(time - watch.Start()));
-    Print(TimeText(now, kClockFormat) + " ok " + line.text + after);
+    Print(TimeText(now, kClockFormat) + " ok " + Printable(line.text) + after);
 }
 
 void CPlayLog::Failed(const std::string& file, const ScenarioLine& line, const std::string& what) {
-    Complain("%s:%d: %s: %s", file.c_str(), line.number, line.text.c_str(), what.c_str());
+    Complain("%s:%d: %s: %s", file.c_str(), line.number, Printable(line.text).c_str(),
+             Printable(what).c_str());
 }

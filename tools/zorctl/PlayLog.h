@@ -5,9 +5,9 @@
 #include <string>
 
 #include "tools/zorctl/EventReader.h"
+#include "tools/zorctl/PlayWatch.h"
 #include "tools/zorctl/Scenario.h"
 #include "tools/zorctl/TakenMessage.h"
-#include "tools/zorctl/Watch.h"
 
 enum class EPlayOutput : std::uint8_t { All, Results, Json };
 
@@ -19,7 +19,7 @@ class CPlayLog {
     void Came(const TakenMessage& taken);
     void Recorded(const std::timespec& now, const EventRow& event);
     // The outcome of an expectation of `file`, at `time` of the play.
-    void Decided(const std::timespec& now, const std::string& file, const CWatch& watch, PlayTime time);
+    void Decided(const std::timespec& now, const std::string& file, const CPlayWatch& watch, PlayTime time);
     // What else went wrong with a line.
     void Failed(const std::string& file, const ScenarioLine& line, const std::string& what);
 

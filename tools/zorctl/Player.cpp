@@ -4,8 +4,6 @@
 #include <cmath>
 #include <cstring>
 
-#include "System/DateTime.h"
-
 namespace {
 
 constexpr PlayTime kEventInterval = std::chrono::milliseconds{100};  // as often as the process records
@@ -27,18 +25,8 @@ std::time_t NextAt(int secondOfDay, std::time_t now) {
 
 BcdDate DateOf(const RecordDay& day, std::time_t now) {
     if (day.kind == EDay::Given) return day.date;
-    std::tm local{};
-    localtime_r(&now, &local);
-    if (day.kind == EDay::Yesterday) {
-        --local.tm_mday;
-        local.tm_hour = 12;  // clear of the hours that summer time skips or repeats
-        local.tm_isdst = -1;
-        std::mktime(&local);
-    }
-    char text[16];
-    std::strftime(text, sizeof text, CDateTime::kDateFormat, &local);
     BcdDate date;
-    ParseDate(text, date);
+    ParseDate(DayText(now, day.kind == EDay::Yesterday), date);
     return date;
 }
 
@@ -89,7 +77,7 @@ bool CPlayer::TakeMessages(const PlayMoment& now) {
     while ((got = m_ground.channel.Receive(message, length)) > 0) {
         const TakenMessage taken = TakeApart(message, length, now.wall);
         m_ground.log.Came(taken);
-        for (CWatch& watch : m_watches) watch.See(taken.decoded);
+        for (CPlayWatch& watch : m_watches) watch.See(taken.decoded);
     }
     return got == 0;
 }
@@ -100,13 +88,13 @@ void CPlayer::TakeEvents(const PlayMoment& now) {
     m_nextEvents = now.time + kEventInterval;
     for (const EventRow& event : m_ground.events.Take()) {
         m_ground.log.Recorded(now.wall, event);
-        for (CWatch& watch : m_watches) watch.See(event);
+        for (CPlayWatch& watch : m_watches) watch.See(event);
     }
 }
 
 void CPlayer::DecideWatches(const PlayMoment& now) {
-    const auto decided = [&now](const CWatch& watch) { return watch.IsDecided(now.time); };
-    for (const CWatch& watch : m_watches) {
+    const auto decided = [&now](const CPlayWatch& watch) { return watch.IsDecided(now.time); };
+    for (const CPlayWatch& watch : m_watches) {
         if (!decided(watch)) continue;
         m_ground.log.Decided(now.wall, m_scenario.file, watch, now.time);
         if (!watch.IsMet()) ++m_failures;
@@ -167,7 +155,7 @@ std::string CPlayer::Perform(const Action& action, const PlayMoment& now) {
                           return ramp.ramp->target == write.target;
                       };
                       m_ramps.erase(std::remove_if(m_ramps.begin(), m_ramps.end(), moves), m_ramps.end());
-                      if (!Write(write)) return "the shared memory has no such entry";
+                      if (!Write(write)) return kNoSuchEntry;
                   }
                   return "";
               },
@@ -186,7 +174,7 @@ std::string CPlayer::Perform(const Action& action, const PlayMoment& now) {
 std::string CPlayer::StartRamp(const Ramp& ramp, PlayTime now) {
     const auto moves = [&ramp](const RunningRamp& running) { return running.ramp->target == ramp.target; };
     m_ramps.erase(std::remove_if(m_ramps.begin(), m_ramps.end(), moves), m_ramps.end());
-    if (!Write({ramp.target, ramp.from})) return "the shared memory has no such entry";
+    if (!Write({ramp.target, ramp.from})) return kNoSuchEntry;
     m_ramps.push_back({&ramp, now, ramp.from});
     return "";
 }

@@ -10,8 +10,8 @@
 #include "tools/zorctl/EventReader.h"
 #include "tools/zorctl/MainChannel.h"
 #include "tools/zorctl/PlayLog.h"
+#include "tools/zorctl/PlayWatch.h"
 #include "tools/zorctl/Scenario.h"
-#include "tools/zorctl/Watch.h"
 
 // One moment, on both clocks: time since the play began, never going back, and the time of day.
 struct PlayMoment {
@@ -69,7 +69,7 @@ class CPlayer {
     PlayTime m_origin{0};         // offsets count from here
     std::time_t m_dueAtWall = 0;  // for a line with a time of day, once found; 0 before
     PlayTime m_nextEvents{0};     // when the event database is looked at again
-    std::vector<CWatch> m_watches;
+    std::vector<CPlayWatch> m_watches;
     std::vector<RunningRamp> m_ramps;
     int m_failures = 0;
 };

@@ -69,7 +69,7 @@ std::string CPointNames::Load(const std::string& directory) {
     std::stable_sort(m_points.begin(), m_points.end(), [](const NamedPoint& a, const NamedPoint& b) {
         return std::tie(a.table, a.index) < std::tie(b.table, b.index);
     });
-    return trouble.empty() ? "" : kPointSettingFile + (": " + trouble);
+    return trouble.empty() ? "" : PathOf(directory, kPointSettingFile) + ": " + trouble;
 }
 
 std::string CPointNames::LoadYx(CSqliteDb& database) {
@@ -98,9 +98,12 @@ std::string CPointNames::LoadYc(CSqliteDb& database) {
             numbers[{record.name, record.pointNumber % kPointsPerPort}].push_back(record.pointNumber);
     for (auto& [key, places] : numbers) {
         std::sort(places.begin(), places.end());
-        for (int port = 1; port <= m_portCount; ++port)
-            if (std::binary_search(places.begin(), places.end(), places[0] + PortBase(port)))
-                Add({ELiveTable::Yc, places[0], port, places[0] + PortBase(port), key.first});
+        for (int port = 1; port <= m_portCount; ++port) {
+            // A settings row may hold any number.
+            const std::int64_t place = std::int64_t{places[0]} + PortBase(port);
+            if (std::binary_search(places.begin(), places.end(), place))
+                Add({ELiveTable::Yc, places[0], port, static_cast<int>(place), key.first});
+        }
     }
     return "";
 }

@@ -28,6 +28,8 @@ class CPointNames {
     // case of letters. Returns an empty text, or why it is not to be had, with what else could be meant.
     std::string Find(const std::string& name, int port, NamedPoint& found) const;
 
+    // All of them, by table and index.
+    const std::vector<NamedPoint>& Points() const { return m_points; }
     int PortCount() const { return m_portCount; }
 
   private:

@@ -177,7 +177,8 @@ std::string ToStored(const PointColumn& column, const std::string& given, std::s
 
 std::string ToGiven(const PointColumn& column, const char* stored) {
     const bool isName = column.value == EPointValue::Name || column.value == EPointValue::Event;
-    std::string text = stored != nullptr ? stored : isName ? "" : "0";
+    std::string text = stored != nullptr ? stored : "";
+    if (text.empty() && !isName) text = "0";
     double number = 0;
     switch (column.value) {
         case EPointValue::Name:
@@ -192,6 +193,8 @@ std::string ToGiven(const PointColumn& column, const char* stored) {
             return text == kFlagWords[kFlagTrue] || text == kFlagWords[kFlagFalse] ? text
                                                                                    : kFlagWords[kFlagUnset];
         case EPointValue::Whole:
+            // "1e3" is 1 for the process, and nothing that a table may turn into 1000.
+            return IsReal(text, number) && number == ParseInt32(text.c_str()) ? RealText(number) : text;
         case EPointValue::Offset:
         case EPointValue::Real:
             return IsReal(text, number) ? RealText(number) : text;

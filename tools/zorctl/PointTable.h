@@ -47,8 +47,8 @@ PointTable YcTable();
 
 // `given` as the column stores it, in `stored`. Returns an empty text, or what is wrong with it.
 std::string ToStored(const PointColumn& column, const std::string& given, std::string& stored);
-// The other way round; null is what the process makes of NULL. Values that no table should hold stay as they
-// are.
+// The other way round; null and an empty text are what the process makes of them. Values that no table should
+// hold stay as they are.
 std::string ToGiven(const PointColumn& column, const char* stored);
 
 // Fills the columns of `row` that are empty with what stands there by default; `number` counts rows from 1.

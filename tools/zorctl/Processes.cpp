@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <filesystem>
+#include <optional>
 #include <system_error>
 
 #include "tools/zorctl/PlainText.h"
@@ -28,12 +29,16 @@ bool ReadProcess(const std::string& process, std::string& name, char& state) {
     return true;
 }
 
-bool SharesIpc(const std::string& process) {
+// No value where this user may not see.
+std::optional<bool> SharesIpc(const std::string& process) {
     struct stat own {};
     struct stat other {};
     if (stat("/proc/self/ns/ipc", &own) != 0) return true;
     // A process that has just died shares nothing.
-    if (stat(ProcPath(process, "ns/ipc").c_str(), &other) != 0) return errno == EACCES || errno == EPERM;
+    if (stat(ProcPath(process, "ns/ipc").c_str(), &other) != 0) {
+        if (errno == EACCES || errno == EPERM) return std::nullopt;
+        return false;
+    }
     return own.st_dev == other.st_dev && own.st_ino == other.st_ino;
 }
 
@@ -49,8 +54,9 @@ std::vector<ProcessInfo> LivingProcesses() {
         if (process.find_first_not_of("0123456789") != std::string::npos) continue;
         std::string name;
         char state = kZombie;
-        if (ReadProcess(process, name, state) && state != kZombie && SharesIpc(process))
-            processes.push_back({std::stoi(process), name});
+        if (!ReadProcess(process, name, state) || state == kZombie) continue;
+        const std::optional<bool> shares = SharesIpc(process);
+        if (shares.value_or(true)) processes.push_back({std::stoi(process), name, shares.has_value()});
     }
     std::sort(processes.begin(), processes.end(),
               [](const ProcessInfo& a, const ProcessInfo& b) { return a.id < b.id; });

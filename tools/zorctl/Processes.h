@@ -5,13 +5,16 @@
 #include <string>
 #include <vector>
 
+inline constexpr char kRuntimeName[] = "zor_runtime";
+
 struct ProcessInfo {
     std::int32_t id;
     std::string name;
+    bool isOurs;  // known to share this process's System V objects
 };
 
 // Those that live and share this process's System V objects: a container has a station of its own. One whose
-// namespace this user may not see counts as sharing.
+// namespace this user may not see may share them and is listed, too.
 std::vector<ProcessInfo> LivingProcesses();
 
 // Empty for a process that is gone.

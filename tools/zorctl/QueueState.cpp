@@ -6,26 +6,26 @@
 #include <cstring>
 
 #include "ipc/Frame.h"
+#include "tools/zorctl/QueueCopy.h"
 
 namespace {
 
-// Copies one message after the other, which stay where they are.
-std::optional<QueueDirections> CountDirections(int queue, unsigned long messages) {
+std::optional<QueueDirections> CountDirections(int queue) {
+    const auto messages = CopyQueue(queue, 0);
+    if (!messages) return std::nullopt;
     QueueDirections directions;
-    SysVMessage message{};
-    for (unsigned long i = 0; i < messages; ++i) {
-        if (msgrcv(queue, &message, sizeof message.text, static_cast<long>(i),
-                   MSG_COPY | IPC_NOWAIT | MSG_NOERROR) < 0) {
-            if (errno == ENOMSG) break;  // taken in the meantime
-            return std::nullopt;
-        }
-        if (message.type == kTypeToMain) ++directions.toMain;
-        if (message.type == kTypeFromMain) ++directions.fromMain;
+    for (const QueuedMessage& queued : *messages) {
+        if (queued.message.type == kTypeToMain) ++directions.toMain;
+        if (queued.message.type == kTypeFromMain) ++directions.fromMain;
     }
     return directions;
 }
 
 }  // namespace
+
+bool IsFull(const QueueState& queue) {
+    return queue.mostBytes > 0 && queue.bytes + kMessageTextSize > queue.mostBytes;
+}
 
 QueueState LookAtQueue() {
     QueueState state;
@@ -42,6 +42,6 @@ QueueState LookAtQueue() {
     state.mostBytes = kernel.msg_qbytes;
     state.sent = {kernel.msg_lspid, kernel.msg_stime};
     state.taken = {kernel.msg_lrpid, kernel.msg_rtime};
-    state.directions = CountDirections(queue, state.messages);
+    state.directions = CountDirections(queue);
     return state;
 }

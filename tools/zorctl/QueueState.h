@@ -29,3 +29,6 @@ struct QueueState {
 };
 
 QueueState LookAtQueue();
+
+// True for a queue without room for one more message.
+bool IsFull(const QueueState& queue);

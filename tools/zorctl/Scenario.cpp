@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstring>
 
 #include "tools/zorctl/ScenarioActions.h"
 #include "tools/zorctl/ScenarioWords.h"
@@ -108,7 +109,9 @@ Scenario ParseScenario(const std::string& file, const std::string& text, std::ve
     Scenario scenario;
     scenario.file = file;
     CScenarioParser parser(scenario, faults);
-    for (std::size_t start = 0; start < text.size();) {
+    constexpr char kByteOrderMark[] = "\xEF\xBB\xBF";  // which some editors begin a file with
+    const std::size_t begin = text.rfind(kByteOrderMark, 0) == 0 ? std::strlen(kByteOrderMark) : 0;
+    for (std::size_t start = begin; start < text.size();) {
         const std::size_t end = std::min(text.find('\n', start), text.size());
         parser.Take(text.substr(start, end - start));
         start = end + 1;

@@ -4,6 +4,7 @@
 #include "points/LiveEntry.h"
 #include "points/PortNumbering.h"
 #include "points/Signals.h"
+#include "reports/PortState.h"
 #include "tools/zorctl/Bodies.h"
 #include "tools/zorctl/HexText.h"
 
@@ -11,12 +12,6 @@ namespace {
 
 constexpr int kLastIndex = 0xFFFF;
 constexpr std::int64_t kLastCounter = INT64_MAX;
-
-// Gun states as the acquisition side counts them.
-constexpr std::uint64_t kGunIdle = 0;
-constexpr std::uint64_t kGunPlugged = 1;
-constexpr std::uint64_t kGunCharging = 2;
-constexpr std::uint64_t kGunFinished = 3;
 
 int TakePort(CWords& words) {
     return static_cast<int>(words.Number("a port", 0, kMaxPorts));
@@ -104,7 +99,8 @@ Action ParseYc(CWords& words) {
     if (words.TakeIf("text")) {
         write.target.place = ELivePlace::YcArea;
         write.bytes = words.Text("a text");
-        if (write.bytes.size() > kEntryAreaSize) words.FaultInLast("the area holds 40 bytes at the most");
+        if (write.bytes.size() > kEntryAreaSize)
+            words.FaultInLast("the area holds " + std::to_string(kEntryAreaSize) + " bytes at the most");
     } else {
         write.value = TakeValue(words, ELivePlace::Yc);
     }
@@ -203,10 +199,21 @@ bool KnowsEventField(const std::string& name) {
     return name == "point" || name == "value" || name == "table";
 }
 
+// What no message can show would make an expectation fail, or hold, whatever comes.
+std::string TakeWanted(CWords& words, const std::string& field) {
+    std::string value = words.Text("a value");
+    const auto range = RangeIn(value);
+    if (range && range->low > range->high) words.FaultInLast("the range is empty");
+    if (field == "port" && (!range || range->low > kMaxPorts || range->high < 0))
+        words.FaultInLast("expected a port from 0 to " + std::to_string(kMaxPorts));
+    return value;
+}
+
 Action ParseExpect(CWords& words) {
     Expectation expectation{!words.TakeIf("no"), std::nullopt, "", {}, {}};
     if (words.TakeIf("soe")) {
         expectation.eventText = words.Text("a text in quotes");
+        if (expectation.eventText.empty()) words.FaultInLast("every event has an empty text in it");
     } else {
         const MessageName* message = FindMessage(words.Peek().c_str());
         words.Text("a message or soe");
@@ -217,7 +224,7 @@ Action ParseExpect(CWords& words) {
         const std::string name = words.Text("a field and its value, or \"within\"");
         if (expectation.code ? !KnowsField(*expectation.code, name) : !KnowsEventField(name))
             words.FaultInLast("there is no such field");
-        expectation.fields.push_back({name, words.Text("a value")});
+        expectation.fields.push_back({name, TakeWanted(words, name)});
     }
     expectation.within = words.Duration("a duration");
     return expectation;

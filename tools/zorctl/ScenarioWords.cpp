@@ -4,6 +4,8 @@
 #include <cmath>
 #include <cstring>
 
+#include "tools/zorctl/PlainText.h"
+
 namespace {
 
 constexpr char kBlanks[] = " \t\r";
@@ -23,6 +25,14 @@ std::optional<std::int64_t> WholeNumber(const std::string& text) {
     const auto result = std::from_chars(text.data(), end, value);
     if (text.empty() || result.ec != std::errc() || result.ptr != end) return std::nullopt;
     return value;
+}
+
+std::optional<ValueRange> RangeIn(const std::string& text) {
+    const std::size_t dots = text.find("..");
+    const auto low = WholeNumber(text.substr(0, dots));
+    const auto high = dots != std::string::npos ? WholeNumber(text.substr(dots + 2)) : low;
+    if (!low || !high) return std::nullopt;
+    return ValueRange{*low, *high};
 }
 
 CWords::CWords(const std::string& line) : m_line(line) {
@@ -68,7 +78,7 @@ void CWords::FaultAt(std::size_t column, const std::string& what) {
 }
 
 std::string CWords::Found() const {
-    return AtEnd() ? ", found the end of the line" : ", found \"" + Peek() + '"';
+    return AtEnd() ? ", found the end of the line" : ", found \"" + Printable(Peek()) + '"';
 }
 
 void CWords::Fault(const std::string& what) {

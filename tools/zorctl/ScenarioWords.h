@@ -60,3 +60,11 @@ class CWords {
 
 // The number in `text` when it is nothing but a decimal number, perhaps negative.
 std::optional<std::int64_t> WholeNumber(const std::string& text);
+
+struct ValueRange {
+    std::int64_t low;
+    std::int64_t high;
+};
+
+// The range in `text`, "LOW..HIGH" or a single number.
+std::optional<ValueRange> RangeIn(const std::string& text);

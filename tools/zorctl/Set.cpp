@@ -1,5 +1,6 @@
 // zorctl set: live values, as the acquisition side writes them.
 #include <CLI/CLI.hpp>
+#include <cfloat>
 #include <charconv>
 #include <cstdint>
 #include <memory>
@@ -10,21 +11,31 @@
 #include "tools/zorctl/Commands.h"
 #include "tools/zorctl/HexText.h"
 #include "tools/zorctl/LivePlace.h"
+#include "tools/zorctl/NumberIn.h"
 #include "tools/zorctl/PlainText.h"
 #include "tools/zorctl/PointNames.h"
 
 namespace {
 
-EExit NoEntry(const std::string& what) {
-    return Complain("%s: the shared memory has no such entry", what.c_str());
+// Runs `write`, which tells whether there is the entry `what`.
+template <typename Write>
+EExit WriteTo(const std::string& what, Write write) {
+    CBenchShm shm;
+    return write(shm) ? EExit::Done : Complain("%s", shm.WhyNot(what).c_str());
 }
 
-EExit Written(bool written, const char* table, int index) {
-    return written ? EExit::Done : NoEntry(std::string(table) + ' ' + std::to_string(index));
+std::string EntryName(const char* table, int index) {
+    return std::string(table) + ' ' + std::to_string(index);
 }
 
 CLI::Option* AddByte(CLI::App& command, const char* name, int& value, const char* help) {
     return command.add_option(name, value, help)->required()->check(CLI::Range(0, 255));
+}
+
+// "on" and "off" in any case as the state that they mean, every other text as it is.
+std::string StateDigits(const std::string& text) {
+    const std::string word = LowerCase(text);
+    return word == "on" ? "1" : word == "off" ? "0" : text;
 }
 
 // A hexadecimal text of `least` to `most` bytes.
@@ -47,11 +58,12 @@ void AddSetSignal(CLI::App& parent, const char* name, ELiveTable table, const ch
     auto options = std::make_shared<Options>();
     CLI::App* command = parent.add_subcommand(name, help);
     AddPlace(*command, options->place, true);
-    AddByte(*command, "STATE", options->state, "0 is off");
+    AddByte(*command, "STATE", options->state, "on, off or a number")->transform(StateDigits, "");
     command->callback([options, name, table, &result] {
         const int index = options->place.Index();
-        result = Written(CBenchShm().SetState(table, index, static_cast<std::uint8_t>(options->state)), name,
-                         index);
+        const auto state = static_cast<std::uint8_t>(options->state);
+        result = WriteTo(EntryName(name, index),
+                         [=](CBenchShm& shm) { return shm.SetState(table, index, state); });
     });
 }
 
@@ -81,10 +93,13 @@ void AddSetYc(CLI::App& parent, EExit& result) {
     const auto* raw = values->add_option("--raw", options->raw, "Raw value; a negative one wraps to 32 bits")
                           ->check(CLI::Range(std::int64_t{INT32_MIN}, std::int64_t{UINT32_MAX}));
     const auto* coefficient =
-        values->add_option("--coefficient", options->coefficient, "What the raw value is times");
+        values->add_option("--coefficient", options->coefficient, "What the raw value is times")
+            ->check(NumberIn(-FLT_MAX, FLT_MAX));
     auto* text = values->add_option("--text", options->text, "Text of the area, the rest of it zeros")
                      ->check([](const std::string& given) {
-                         return given.size() <= kEntryAreaSize ? "" : "longer than the area of 40 bytes";
+                         return given.size() <= kEntryAreaSize
+                                    ? ""
+                                    : "longer than the area of " + std::to_string(kEntryAreaSize) + " bytes";
                      });
     const auto* hex = values->add_option("--hex", options->hex, "Bytes of the area, the rest of it zeros")
                           ->check(HexBytes(0, kEntryAreaSize))
@@ -95,7 +110,8 @@ void AddSetYc(CLI::App& parent, EExit& result) {
         if (coefficient->count() > 0) change.coefficient = options->coefficient;
         if (text->count() + hex->count() > 0) change.area = AreaFrom(*options);
         const int index = options->place.Index();
-        result = Written(CBenchShm().SetYc(index, change), "yc", index);
+        result = WriteTo(EntryName("yc", index),
+                         [&change, index](CBenchShm& shm) { return shm.SetYc(index, change); });
     });
 }
 
@@ -107,10 +123,15 @@ void AddSetDd(CLI::App& parent, EExit& result) {
     auto options = std::make_shared<Options>();
     CLI::App* command = parent.add_subcommand("dd", "An energy counter");
     AddPlace(*command, options->place, false);
-    command->add_option("VALUE", options->value, "In units of 1/10000")->required();
+    command->add_option("VALUE", options->value, "In units of 1/10000")
+        ->required()
+        ->check(
+            // The library takes -1 for the largest of them.
+            [](const std::string& text) { return text[0] == '-' ? "not from 0 on: " + text : ""; }, "");
     command->callback([options, &result] {
         const int index = options->place.Index();
-        result = Written(CBenchShm().SetDd(index, options->value), "dd", index);
+        result = WriteTo(EntryName("dd", index),
+                         [&options, index](CBenchShm& shm) { return shm.SetDd(index, options->value); });
     });
 }
 
@@ -126,8 +147,9 @@ void AddSetGun(CLI::App& parent, EExit& result) {
         ->check(CLI::Range(0, kMaxPorts));
     AddByte(*command, "STATE", options->state, "Gun state");
     command->callback([options, &result] {
-        result = Written(CBenchShm().SetGun(options->port, static_cast<std::uint8_t>(options->state)), "gun",
-                         options->port);
+        const auto state = static_cast<std::uint8_t>(options->state);
+        result = WriteTo(EntryName("gun", options->port),
+                         [&options, state](CBenchShm& shm) { return shm.SetGun(options->port, state); });
     });
 }
 
@@ -142,7 +164,7 @@ void AddSetEquipment(CLI::App& parent, EExit& result) {
         ParseHex(*digits, bytes);
         std::array<std::uint8_t, kEquipmentSize> number{};
         std::copy_n(bytes.begin(), number.size(), number.begin());
-        result = CBenchShm().SetEquipment(number) ? EExit::Done : NoEntry("equipment");
+        result = WriteTo("equipment", [&number](CBenchShm& shm) { return shm.SetEquipment(number); });
     });
 }
 
@@ -158,12 +180,12 @@ EExit WrongValue(const std::string& value, const char* expected) {
 }
 
 EExit SetSignal(const NamedPoint& point, const std::string& value) {
-    const std::string word = LowerCase(value);
-    std::int64_t state = word == "on" ? 1 : 0;
-    if (word != "on" && word != "off" && !ReadWhole(value, 0, UINT8_MAX, state))
+    std::int64_t state = 0;
+    if (!ReadWhole(StateDigits(value), 0, UINT8_MAX, state))
         return WrongValue(value, "on, off or a state from 0 to 255");
-    return Written(CBenchShm().SetState(point.table, point.index, static_cast<std::uint8_t>(state)),
-                   TableName(point.table), point.index);
+    return WriteTo(EntryName(TableName(point.table), point.index), [&point, state](CBenchShm& shm) {
+        return shm.SetState(point.table, point.index, static_cast<std::uint8_t>(state));
+    });
 }
 
 EExit SetTelemetry(const NamedPoint& point, const std::string& value) {
@@ -171,7 +193,8 @@ EExit SetTelemetry(const NamedPoint& point, const std::string& value) {
     if (!ReadWhole(value, INT32_MIN, UINT32_MAX, raw)) return WrongValue(value, "a raw value");
     YcChange change;
     change.raw = static_cast<std::uint32_t>(raw);
-    return Written(CBenchShm().SetYc(point.index, change), TableName(point.table), point.index);
+    return WriteTo(EntryName(TableName(point.table), point.index),
+                   [&](CBenchShm& shm) { return shm.SetYc(point.index, change); });
 }
 
 EExit SetNamed(const NamedPlace& place, const std::string& value) {

@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <string>
 
+#include "tools/zorctl/HexText.h"
+
 struct SharedSegmentState {
     bool known = false;  // false where only the unit's closed library knows; nothing else is filled then
     bool present = false;
@@ -19,6 +21,11 @@ struct SharedSegmentState {
 
 // The build picks the implementation that fits the library.
 SharedSegmentState LookAtSharedSegment();
+
+// "shared memory 0x5A53", which stands in front of what is wrong with it.
+inline std::string SegmentName(const SharedSegmentState& state) {
+    return "shared memory" + (state.known ? ' ' + HexKey(state.key) : "");
+}
 
 // True when there are live values to look at.
 inline bool SharedSegmentExists() {

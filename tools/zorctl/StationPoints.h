@@ -2,13 +2,8 @@
 // port 1.
 #pragma once
 
+#include "events/EventText.h"
 #include "points/Signals.h"
-
-// Severity of the events of a status point; any other number is normal.
-inline constexpr int kNormal = 3;
-inline constexpr int kWarning = 4;
-inline constexpr int kFault = 5;
-inline constexpr int kEmergency = 6;
 
 struct YxPoint {
     int point;

@@ -7,7 +7,6 @@
 
 #include "System/AppFiles.h"
 #include "System/Numbers.h"
-#include "System/Sqlite.h"
 #include "System/StringToolkit.h"
 #include "app/ConfigDatabase.h"
 
@@ -18,11 +17,21 @@ std::string WhyNot(const CSqliteTable& failed) {
     return failed.Error();
 }
 
-std::string OpenToRead(CSqliteDb& database, const std::string& directory, const char* file) {
-    const std::string path = (std::filesystem::path(directory) / file).string();
+std::string TextOf(const CSqliteTable& table, int row, int column) {
+    const char* cell = table.Cell(row, column);
+    return cell != nullptr ? cell : "";
+}
+
+std::string PathOf(const std::string& directory, const char* file) {
+    return (std::filesystem::path(directory) / file).string();
+}
+
+std::string OpenToRead(CSqliteDb& database, const std::string& directory, const char* file,
+                       int busyTimeoutMs) {
+    const std::string path = PathOf(directory, file);
     std::error_code error;
     if (!std::filesystem::exists(path, error)) return path + ": " + (error ? error.message() : "not there");
-    const bool opened = database.OpenForReading(path.c_str(), kBusyAtStartUpMs) == SQLITE_OK;
+    const bool opened = database.OpenForReading(path.c_str(), busyTimeoutMs) == SQLITE_OK;
     return opened ? "" : path + ": cannot be opened";
 }
 
@@ -31,7 +40,7 @@ std::string ReadPortCount(const std::string& directory, int& ports) {
     if (std::string trouble = OpenToRead(database, directory, kConfigFile); !trouble.empty()) return trouble;
     database.Key(kConfigKey, kConfigKeyLength);
     const CSqliteTable table(database, kSelectSystem);
-    if (!table.Ok()) return std::string(kConfigFile) + ": " + WhyNot(table);
+    if (!table.Ok()) return PathOf(directory, kConfigFile) + ": " + WhyNot(table);
     CStringList entries;
     CollectEntries(table, entries);
     ports = PortCountIn(entries);
@@ -39,20 +48,20 @@ std::string ReadPortCount(const std::string& directory, int& ports) {
 }
 
 std::string ReadNewestFirst(CSqliteDb& database, const char* table,
-                            const std::function<bool(const CSqliteTable& page, int row)>& take) {
-    constexpr int kPageRows = 500;
+                            const std::function<bool(const CSqliteTable& page, int row)>& take,
+                            int pageRows) {
     std::int64_t before = std::numeric_limits<std::int64_t>::max();
     for (;;) {
         CSqlText<128> sql;
         sql.Format("select * from %s where id < %" PRId64 " order by id desc limit %d", table, before,
-                   kPageRows);
+                   pageRows);
         const CSqliteTable page(database, sql);
         if (!page.Ok()) return WhyNot(page);
         for (int row = 0; row < page.Rows(); ++row)
             if (!take(page, row)) return "";
         const std::int64_t last = ParseInt64(page.Cell(page.Rows() - 1, 0));
         // An id that is no number leads nowhere.
-        if (page.Rows() < kPageRows || last >= before) return "";
+        if (page.Rows() < pageRows || last >= before) return "";
         before = last;
     }
 }

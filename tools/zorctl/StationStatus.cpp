@@ -1,31 +1,28 @@
 #include "tools/zorctl/StationStatus.h"
 
-#include <algorithm>
-
 #include "System/AppFiles.h"
 #include "System/Numbers.h"
 #include "System/Sqlite.h"
 #include "events/EventDatabase.h"
 #include "history/HistoryDatabase.h"
+#include "ipc/Frame.h"
 #include "points/PointSettings.h"
 #include "points/PortNumbering.h"
+#include "tools/zorctl/HexText.h"
 #include "tools/zorctl/StationReading.h"
 
 namespace {
 
-constexpr char kRuntimeName[] = "zor_runtime";
-
-std::string TextOf(const CSqliteTable& table, int row, int column) {
-    const char* cell = table.Cell(row, column);
-    return cell != nullptr ? cell : "";
-}
-
 void LookAtProcesses(StationStatus& status) {
+    std::vector<std::int32_t> perhapsOurs;
     for (const ProcessInfo& process : LivingProcesses()) {
-        if (process.name == kRuntimeName) status.runtimes.push_back(process.id);
+        if (process.name == kRuntimeName)
+            (process.isOurs ? status.runtimes : perhapsOurs).push_back(process.id);
         if (status.memory.present && HasAttached(process.id, status.memory.key, status.memory.id))
             status.attached.push_back(process);
     }
+    status.runtimesAreOurs = !status.runtimes.empty();
+    if (!status.runtimesAreOurs) status.runtimes = perhapsOurs;
 }
 
 // Runs `select` on `file` and hands the result to `take`. Returns what went wrong.
@@ -34,7 +31,7 @@ std::string Query(const std::string& directory, const char* file, const char* se
     CSqliteDb database;
     if (std::string trouble = OpenToRead(database, directory, file); !trouble.empty()) return trouble;
     const CSqliteTable table(database, select);
-    if (!table.Ok()) return file + (": " + WhyNot(table));
+    if (!table.Ok()) return PathOf(directory, file) + ": " + WhyNot(table);
     take(table);
     return "";
 }
@@ -50,14 +47,11 @@ PointCounts CountPoints(const std::string& directory) {
 }
 
 LastEvent ReadLastEvent(const std::string& directory) {
-    constexpr int kIdColumn = 0;
-    constexpr int kTextColumn = 1;
-    constexpr int kTimeColumn = kSoeColumns - 1;
     LastEvent event;
     event.trouble = Query(directory, kEventFile, kSelectLastSoe, [&event](const CSqliteTable& table) {
-        event.id = TextOf(table, 0, kIdColumn);
-        event.text = TextOf(table, 0, kTextColumn);
-        event.time = TextOf(table, 0, kTimeColumn);
+        event.id = TextOf(table, 0, kSoeId);
+        event.text = TextOf(table, 0, kSoeEvent);
+        event.time = TextOf(table, 0, kSoeTimestamp);
     });
     return event;
 }
@@ -70,14 +64,14 @@ PendingRows CountPending(const std::string& directory, int portCount) {
     pending.trouble = OpenToRead(database, directory, kHistoryFile);
     if (!pending.trouble.empty()) return pending;
     const std::string trouble =
-        ReadNewestFirst(database, "tagYC", [&pending](const CSqliteTable& page, int row) {
+        ReadNewestFirst(database, kYcTable, [&pending](const CSqliteTable& page, int row) {
             if (pending.newest.empty()) pending.newest = TextOf(page, row, kHistoryTimestamp);
             if (!IsPending(ParseInt32(page.Cell(row, kHistorySendCount)))) return true;
             const int port = ParseInt32(page.Cell(row, kHistoryPortNo));
             for (PendingRows::Port& of : pending.ports) of.rows += of.port == port ? 1 : 0;
             return true;
         });
-    if (!trouble.empty()) pending.trouble = kHistoryFile + (": " + trouble);
+    if (!trouble.empty()) pending.trouble = PathOf(directory, kHistoryFile) + ": " + trouble;
     return pending;
 }
 
@@ -101,9 +95,13 @@ std::vector<std::string> Troubles(const StationStatus& status) {
         if (!trouble.empty()) troubles.push_back(trouble);
     };
     if (status.runtimes.empty()) add(std::string(kRuntimeName) + " is not running");
-    if (status.runtimes.size() > 1) add(std::string(kRuntimeName) + " is running more than once");
-    add(status.queue.present ? status.queue.trouble : "no queue");
-    if (status.memory.known) add(status.memory.present ? status.memory.trouble : "no shared memory");
+    if (status.runtimes.size() > 1 && status.runtimesAreOurs)
+        add(std::string(kRuntimeName) + " is running more than once");
+    if (!status.queue.present) add("no queue");
+    if (!status.queue.trouble.empty()) add("queue " + HexKey(kQueueKey) + ": " + status.queue.trouble);
+    if (IsFull(status.queue)) add("queue full: nobody takes messages");
+    if (status.memory.known && !status.memory.present) add("no shared memory");
+    if (!status.memory.trouble.empty()) add(SegmentName(status.memory) + ": " + status.memory.trouble);
     add(status.configurationTrouble);
     add(status.points.trouble);
     add(status.event.trouble);

@@ -33,7 +33,10 @@ struct PendingRows {
 };
 
 struct StationStatus {
-    std::vector<std::int32_t> runtimes;  // process ids; more than one is as wrong as none
+    // Process ids; more than one is as wrong as none. Where none is known to share this station, those that
+    // may.
+    std::vector<std::int32_t> runtimes;
+    bool runtimesAreOurs = false;
     QueueState queue;
     SharedSegmentState memory;
     std::vector<ProcessInfo> attached;  // to the memory, as far as this user may see

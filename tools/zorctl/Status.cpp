@@ -11,16 +11,11 @@
 #include "System/DateTime.h"
 #include "ipc/Frame.h"
 #include "tools/zorctl/Commands.h"
+#include "tools/zorctl/HexText.h"
 #include "tools/zorctl/PlainText.h"
 #include "tools/zorctl/StationStatus.h"
 
 namespace {
-
-std::string HexKey(int key) {
-    char text[16];
-    std::snprintf(text, sizeof text, "0x%X", static_cast<unsigned>(key));
-    return text;
-}
 
 // "4711 (zor_runtime)"
 std::string ProcessText(std::int32_t id) {
@@ -49,7 +44,7 @@ std::vector<std::string> QueueLines(const QueueState& queue) {
 std::vector<std::string> MemoryLines(const StationStatus& status) {
     const SharedSegmentState& memory = status.memory;
     if (!memory.known) return {"the unit's own; not looked into"};
-    if (!memory.present) return {};
+    if (!memory.present || memory.size == 0) return {};
     std::string attached = std::to_string(memory.attached) + " attached";
     for (const ProcessInfo& process : status.attached)
         attached += (&process == &status.attached.front() ? ": " : ", ") + std::to_string(process.id) + " (" +
@@ -131,7 +126,7 @@ cJSON* JsonQueue(const QueueState& queue) {
 
 cJSON* JsonMemory(const StationStatus& status) {
     const SharedSegmentState& memory = status.memory;
-    if (!memory.known || !memory.present) return cJSON_CreateNull();
+    if (!memory.known || !memory.present || memory.size == 0) return cJSON_CreateNull();
     cJSON* object = cJSON_CreateObject();
     AddNumber(object, "size", memory.size);
     AddNumber(object, "version", memory.version);

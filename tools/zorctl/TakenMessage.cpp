@@ -1,16 +1,19 @@
 #include "tools/zorctl/TakenMessage.h"
 
-#include <cstdio>
+#include <algorithm>
 #include <cstring>
 
-#include "tools/zorctl/Commands.h"
-
 TakenMessage TakeApart(const SysVMessage& message, std::size_t length, const std::timespec& time) {
-    TakenMessage taken{};
-    taken.arrival.time = time;
-    if (length >= kProcessIdSize) std::memcpy(&taken.arrival.sender, message.text, kProcessIdSize);
+    TakenMessage taken;
+    taken.time = time;
+    if (length >= kProcessIdSize) std::memcpy(&taken.sender, message.text, kProcessIdSize);
     const std::size_t frameLength = length > kProcessIdSize ? length - kProcessIdSize : 0;
-    taken.decoded = DecodeFrame(message.Frame(), frameLength);
+    const std::uint8_t* frame = message.Frame();
+    taken.decoded = DecodeFrame(frame, frameLength);
+    std::size_t used = frameLength;
+    while (used > 0 && frame[used - 1] == 0) --used;
+    const std::size_t claimed = kFrameCode + SplitFrame(frame, frameLength).count;
+    taken.frame.assign(frame, frame + std::max(used, std::min(claimed, frameLength)));
     return taken;
 }
 
@@ -18,13 +21,4 @@ TakenMessage TakeApart(const SysVMessage& message, std::size_t length) {
     std::timespec now{};
     clock_gettime(CLOCK_REALTIME, &now);
     return TakeApart(message, length, now);
-}
-
-bool Print(const TakenMessage& taken, bool json) {
-    const std::string line =
-        json ? JsonLine(taken.arrival, taken.decoded) : TextLine(taken.arrival, taken.decoded);
-    // Line by line, for whoever reads the other end of a pipe.
-    if (std::puts(line.c_str()) >= 0 && std::fflush(stdout) == 0) return true;
-    Complain("cannot write to standard output");
-    return false;
 }

@@ -1,142 +1,69 @@
-#include "tools/zorctl/Watch.h"
-
-#include <cjson/cJSON.h>
-
+// zorctl watch: a station as it lives, on the whole terminal.
+#include <CLI/CLI.hpp>
 #include <algorithm>
+#include <ctime>
 #include <memory>
+#include <string>
 
-#include "tools/zorctl/DecodedLine.h"
-#include "tools/zorctl/ScenarioWords.h"
+#include "System/AppFiles.h"
+#include "tools/zorctl/Commands.h"
+#include "tools/zorctl/NumberIn.h"
+#include "tools/zorctl/StationView.h"
+#include "tools/zorctl/Terminal.h"
+#include "tools/zorctl/ViewLayout.h"
 
 namespace {
 
-bool FitsValue(const std::string& wanted, const std::string& value) {
-    if (wanted == value) return true;
-    const std::size_t dots = wanted.find("..");
-    if (dots == std::string::npos) return false;
-    const auto low = WholeNumber(wanted.substr(0, dots));
-    const auto high = WholeNumber(wanted.substr(dots + 2));
-    const auto number = WholeNumber(value);
-    return low && high && number && *number >= *low && *number <= *high;
-}
+struct WatchOptions {
+    std::string directory = kAppDirectory;
+    double interval = 0.25;  // seconds
+    bool take = false;
+};
 
-const DecodedField* Find(const std::vector<DecodedField>& fields, const std::string& name) {
-    const auto found = std::find_if(fields.begin(), fields.end(),
-                                    [&name](const DecodedField& field) { return field.name == name; });
-    return found != fields.end() ? &*found : nullptr;
-}
-
-// The members of a JSON body, as fields. The port comes with the fields of the frame.
-std::vector<DecodedField> Members(const std::string& document) {
-    std::vector<DecodedField> members;
-    const std::unique_ptr<cJSON, void (*)(cJSON*)> object(cJSON_Parse(document.c_str()), cJSON_Delete);
-    const cJSON* member = nullptr;
-    cJSON_ArrayForEach(member, object.get()) {
-        if (cJSON_IsString(member)) {
-            members.push_back({member->string, member->valuestring, false});
-            continue;
+CTerminal::EWake WatchOn(CTerminal& terminal, const WatchOptions& options) {
+    constexpr double kFetchSeconds = 0.005;
+    CStopSignals stop;
+    CStationView view(options.directory, options.take, stop);
+    CDeadline next = DeadlineIn(0);
+    for (CTerminal::EWake wake = CTerminal::EWake::Time;;) {
+        std::timespec clock{};
+        clock_gettime(CLOCK_REALTIME, &clock);
+        const CMoment now = std::chrono::steady_clock::now();
+        if (HasPassed(next)) {
+            view.Look(now, clock);
+            next = DeadlineIn(options.interval);
+            wake = CTerminal::EWake::Changed;
+        } else {
+            view.FetchMessages(now, clock);
         }
-        const std::unique_ptr<char, void (*)(void*)> text(cJSON_PrintUnformatted(member), cJSON_free);
-        members.push_back({member->string, text != nullptr ? text.get() : "", true});
+        if (wake == CTerminal::EWake::Changed)
+            terminal.Draw(LayOut(view.Picture(), terminal.Lines(), terminal.Columns()));
+        wake = terminal.Wait(std::min(next, DeadlineIn(kFetchSeconds)));
+        if (wake == CTerminal::EWake::Quit || wake == CTerminal::EWake::Lost) return wake;
     }
-    return members;
 }
 
-// What stands for the whole message: its own fields, and its document's.
-std::vector<DecodedField> HeadOf(const DecodedFrame& decoded) {
-    std::vector<DecodedField> head = decoded.fields;
-    const std::vector<DecodedField> members = Members(decoded.document);
-    head.insert(head.end(), members.begin(), members.end());
-    return head;
-}
-
-// True when all of `wanted` that `fields` does not answer is left in `rest`, and the rest of it fits.
-bool FitsFields(const std::vector<WantedField>& wanted, const std::vector<DecodedField>& fields,
-                std::vector<WantedField>& rest) {
-    for (const WantedField& want : wanted) {
-        const DecodedField* field = Find(fields, want.name);
-        if (field == nullptr)
-            rest.push_back(want);
-        else if (!FitsValue(want.value, field->value))
-            return false;
-    }
-    return true;
-}
-
-bool FitsWhole(const std::vector<WantedField>& wanted, const std::vector<DecodedField>& fields) {
-    std::vector<WantedField> rest;
-    return FitsFields(wanted, fields, rest) && rest.empty();
-}
-
-// Of a long message only what was asked for; a list as it is.
-std::string Shown(const Expectation& wanted, const DecodedFrame& decoded) {
-    if (decoded.isList || decoded.message == nullptr) return UntimedLine(decoded);
-    std::string text = decoded.message->name;
-    const std::vector<DecodedField> head = HeadOf(decoded);
-    for (const WantedField& want : wanted.fields) {
-        const DecodedField* field = Find(head, want.name);
-        text += ' ' + want.name + ' ' + (field != nullptr ? field->value : "-");
-    }
-    return text;
-}
-
-bool IsOfWantedPort(const Expectation& wanted, const DecodedFrame& decoded) {
-    const DecodedField* port = Find(decoded.fields, "port");
-    return std::any_of(wanted.fields.begin(), wanted.fields.end(), [port](const WantedField& want) {
-        return want.name == "port" && port != nullptr && FitsValue(want.value, port->value);
-    });
+EExit Watch(const WatchOptions& options) {
+    CTerminal terminal;
+    if (const std::string trouble = terminal.Open(); !trouble.empty()) return Complain("%s", trouble.c_str());
+    return WatchOn(terminal, options) == CTerminal::EWake::Quit ? EExit::Done : EExit::Failed;
 }
 
 }  // namespace
 
-std::vector<DecodedField> EventFields(const EventRow& event) {
-    return {{"point", std::to_string(event.point), true},
-            {"value", std::to_string(event.value), true},
-            {"table", std::to_string(event.table), true}};
-}
-
-bool Fits(const Expectation& wanted, const DecodedFrame& decoded) {
-    if (wanted.code != decoded.code) return false;
-    std::vector<WantedField> rest;
-    if (!FitsFields(wanted.fields, HeadOf(decoded), rest)) return false;
-    return rest.empty() || std::any_of(decoded.entries.begin(), decoded.entries.end(),
-                                       [&rest](const auto& entry) { return FitsWhole(rest, entry); });
-}
-
-bool Fits(const Expectation& wanted, const EventRow& event) {
-    return !wanted.code && event.text.find(wanted.eventText) != std::string::npos &&
-           FitsWhole(wanted.fields, EventFields(event));
-}
-
-CWatch::CWatch(const ScenarioLine& line, PlayTime start)
-    : m_line(&line), m_start(start), m_end(start + std::get<Expectation>(line.action).within) {}
-
-void CWatch::See(const DecodedFrame& decoded) {
-    if (m_hasCome || !Wanted().code) return;
-    m_hasCome = Fits(Wanted(), decoded);
-    if (decoded.code == *Wanted().code) {
-        const bool ofPort = IsOfWantedPort(Wanted(), decoded);
-        if (!m_ofPort || ofPort || m_hasCome) m_nearest = Shown(Wanted(), decoded);
-        m_ofPort = m_ofPort || ofPort;
-    } else if (decoded.message != nullptr) {
-        NoteOther(decoded.message->name);
-    }
-}
-
-void CWatch::See(const EventRow& event) {
-    if (m_hasCome || Wanted().code) return;
-    m_hasCome = Fits(Wanted(), event);
-    m_nearest = '"' + event.text + '"';
-    for (const DecodedField& field : EventFields(event)) m_nearest += ' ' + field.name + ' ' + field.value;
-}
-
-void CWatch::NoteOther(const std::string& name) {
-    if ((m_otherNames + ',').find(name + ',') != std::string::npos) return;
-    m_otherNames += (m_otherNames.empty() ? "" : ", ") + name;
-}
-
-std::string CWatch::CameInstead() const {
-    if (!m_nearest.empty()) return m_nearest;
-    if (!m_otherNames.empty()) return "only " + m_otherNames;
-    return Wanted().code ? "no message" : "no event";
+void AddWatch(CLI::App& parent, EExit& result) {
+    auto options = std::make_shared<WatchOptions>();
+    CLI::App* command = parent.add_subcommand(
+        "watch", "Show a station as it lives, on the whole terminal: ports, points, events, messages");
+    command->add_option("DIR", options->directory, "Directory of the databases")->capture_default_str();
+    command->add_option("--interval", options->interval, "Seconds between two looks")
+        ->capture_default_str()
+        ->check(NumberIn(0.02, 60.0));
+    command->add_flag("--take", options->take,
+                      "Take the messages from the queue, as zor_main does, instead of copying them");
+    command->footer(
+        "What has changed in the last 3 s is shown in reverse. q and Ctrl-C end it, Ctrl-L draws it anew.\n"
+        "Exit code 0, or 1 without a terminal and when the terminal goes away.\n"
+        "Without --take a message that another process takes at once may be missed.");
+    command->callback([options, &result] { result = Watch(*options); });
 }

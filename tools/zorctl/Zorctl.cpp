@@ -13,20 +13,28 @@ void AddCommands(CLI::App& app, EExit& result) {
     AddExport(app, result);
     AddSet(app, result);
     AddGet(app, result);
-    AddPlay(app, result);
     AddLog(app, result);
+    AddPlay(app, result);
+    AddDecode(app, result);
     AddStatus(app, result);
+    AddWatch(app, result);
     CLI::App* peer = app.add_subcommand("main", "Play zor_main: read messages, send commands");
     peer->require_subcommand(1);
     AddMainListen(*peer, result);
     AddMainSettings(*peer, result);
+    AddMainSend(*peer, result);
     AddMainHistory(*peer, result);
     AddMainAck(*peer, result);
 }
 
-}  // namespace
+// What a command has printed may still wait in the buffer; one that prints nothing does not need the output.
+bool OutputWorks() {
+    const bool works = std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
+    std::clearerr(stdout);
+    return works;
+}
 
-int RunZorctl(int argc, const char* const* argv) {
+int ParseAndRun(int argc, const char* const* argv) {
     CLI::App app("Bench tool for zor_runtime: stands in for everything around the process", "zorctl");
     EExit result = EExit::Done;
     AddCommands(app, result);
@@ -37,6 +45,14 @@ int RunZorctl(int argc, const char* const* argv) {
         return app.exit(error) == 0 ? static_cast<int>(EExit::Done) : static_cast<int>(EExit::WrongUse);
     }
     return static_cast<int>(result);
+}
+
+}  // namespace
+
+int RunZorctl(int argc, const char* const* argv) {
+    const int result = ParseAndRun(argc, argv);
+    if (OutputWorks()) return result;
+    return static_cast<int>(Complain("cannot write to standard output"));
 }
 
 EExit Complain(const char* format, ...) {

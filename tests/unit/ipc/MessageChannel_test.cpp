@@ -1,10 +1,13 @@
-// From PostMsg to the System V queue.
+// The System V queue from both ends, and the in-process queue in front of it.
 #include <gmock/gmock.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <random>
+#include <thread>
 
 #include "ipc/Frame.h"
+#include "ipc/SettingsCommand.h"
 #include "tests/support/LibcHooks.h"
 #include "tests/support/TestRuntime.h"
 
@@ -13,64 +16,30 @@ namespace {
 using MessageChannel = CStationTest;
 using testing::ElementsAre;
 using testing::IsEmpty;
-using testing::StartsWith;
 
 constexpr std::uint32_t kCode = 34518;
 
-Bytes Pattern(std::size_t length) {
-    Bytes body(length);
-    for (std::size_t i = 0; i < length; ++i) body[i] = static_cast<std::uint8_t>(i + 1);
-    return body;
-}
-
-TEST_F(MessageChannel, FramesOfEverySize) {
-    const Bytes longBody = Pattern(300);
-    const Bytes largest = Pattern(2042);
+TEST_F(MessageChannel, FramesOfEverySizeInPostingOrder) {
+    Bytes body(2043);
+    for (std::size_t i = 0; i < body.size(); ++i) body[i] = static_cast<std::uint8_t>(i + 1);
     runtime.PostMsg(kCode, nullptr, 0);
-    runtime.PostMsg(0xABC00000 | kCode, longBody.data(), 300);  // only the low 16 bits of a code are sent
-    runtime.PostMsg(1, largest.data(), 2042);
-    Drain(4);
-    const std::vector<Received> sent = ReadAll();
-    ASSERT_EQ(3U, sent.size());
-    EXPECT_EQ(getpid(), sent[0].sender);
-    EXPECT_EQ("04 00 86 d6 00 00", ToHex(sent[0].frame));
-    EXPECT_EQ("30 01 86 d6 00 00 " + ToHex(longBody), ToHex(sent[1].frame));
-    EXPECT_EQ("fe 07 00 01 00 00 " + ToHex(largest), ToHex(sent[2].frame));
-}
-
-TEST_F(MessageChannel, PostedBufferStartsWithItsLength) {
-    const Bytes body = Pattern(300);
-    const std::string expected[] = {"00 00", "2c 01 " + ToHex(body)};
-    runtime.PostMsg(kCode, nullptr, 0);
-    runtime.PostMsg(kCode, body.data(), 300);
-    for (const std::string& stored : expected) {
-        std::uint32_t code = 0;
-        void* buffer = nullptr;
-        ASSERT_EQ(1, runtime.m_outboundQueue->Pop(code, buffer));
-        EXPECT_EQ(stored, ToHex(buffer, stored.size() / 3 + 1));
-        free(buffer);
-    }
-}
-
-TEST_F(MessageChannel, OnePerDrainInPostingOrder) {
-    for (const std::uint32_t code : {3U, 1U, 2U}) runtime.PostMsg(code, "x", 1);
-    for (const char* frame : {"05 00 00 03 00 00 78", "05 00 00 01 00 00 78", "05 00 00 02 00 00 78"}) {
+    runtime.PostMsg(0xABC00000 | kCode, body.data(), 300);  // only the low 16 bits of a code are sent
+    runtime.PostMsg(1, body.data(), 2042);
+    EXPECT_EQ("", Printed([&] {
+                  for (const std::uint32_t length : {2043U, UINT32_MAX})
+                      runtime.PostMsg(kCode, body.data(), length);
+              }));
+    EXPECT_EQ("zor_runtime: message 34518 not sent: body of 2043 bytes, at most 2042 fit\n", errors);
+    for (const std::string& frame :
+         {std::string("04 00 86 d6 00 00"), "30 01 86 d6 00 00 " + ToHex(body.data(), 300),
+          "fe 07 00 01 00 00 " + ToHex(body.data(), 2042)}) {
         runtime.DrainOutbound();
-        EXPECT_THAT(ReadFrames(), ElementsAre(frame));
+        const std::vector<Received> sent = ReadAll();
+        ASSERT_EQ(1U, sent.size());
+        EXPECT_EQ(getpid(), sent[0].sender);
+        EXPECT_EQ(frame, ToHex(sent[0].frame));
     }
-    runtime.DrainOutbound();
-    EXPECT_THAT(ReadFrames(), IsEmpty());
-}
-
-TEST_F(MessageChannel, TooLongABodyIsRefusedAndSaidOnce) {
-    const Bytes body(2043);
-    const Captured said = Capture([&] {
-        runtime.PostMsg(kCode, body.data(), 2043);
-        runtime.PostMsg(kCode, body.data(), UINT32_MAX);
-    });
-    Drain(2);
-    EXPECT_EQ("zor_runtime: message 34518 not sent: body of 2043 bytes, at most 2042 fit\n", said.err);
-    EXPECT_EQ("", said.out);
+    Drain(1);
     EXPECT_EQ(0U, Waiting());
 }
 
@@ -84,15 +53,12 @@ TEST_F(MessageChannel, OnlyOneCodePausesTheDrain) {
 
 TEST_F(MessageChannel, LostMessages) {
     LimitQueue(16384);
-    for (int i = 0; i < 9; ++i) runtime.PostMsg(kCode, nullptr, 0);
-    const std::string lost = Line("MsgSndToMain", "send failed 002!");
-    EXPECT_EQ("", Capture([&] { Drain(7); }).out);
-    EXPECT_EQ(lost + lost, Masked(Capture([&] { Drain(3); }).out));
+    for (int i = 0; i < 10; ++i) runtime.PostMsg(kCode, nullptr, 0);
+    EXPECT_EQ("", Printed([&] { Drain(7); }));
+    EXPECT_EQ(Lines("MsgSndToMain", {"send failed 002!", "send failed 002!"}), Printed([&] { Drain(2); }));
     EXPECT_EQ(7U, ReadAll().size());
-
-    runtime.PostMsg(kCode, nullptr, 0);
     FailNextQueueCall(EINTR);
-    EXPECT_EQ(Line("MsgSndToMain", "sned failed!"), Masked(Capture([&] { Drain(1); }).out));
+    EXPECT_EQ(Line("MsgSndToMain", "sned failed!"), Printed([&] { Drain(1); }));
     Drain(1);
     EXPECT_EQ(0U, Waiting());
 }
@@ -100,20 +66,85 @@ TEST_F(MessageChannel, LostMessages) {
 TEST_F(MessageChannel, WithoutAQueueEverythingIsDropped) {
     FailNextQueueCall(ENOSPC);
     std::unique_ptr<CTestRuntime> deaf;
-    const Captured start = Capture([&] { deaf = std::make_unique<CTestRuntime>(); });
-    EXPECT_EQ("open msg 1234 failed.\n", start.err);
-    EXPECT_EQ("", start.out);
-    const Captured later = Capture([&] {
-        deaf->PostMsg(kCode, "x", 1);
-        deaf->DrainOutbound();
-        deaf->MsgRcvFromMain();
-        deaf->MsgRcvFromMain();
-    });
-    EXPECT_EQ("", later.out);
-    EXPECT_THAT(later.err, StartsWith("zor_runtime: cannot read from queue 0x1234: "));
-    EXPECT_EQ(1, std::count(later.err.begin(), later.err.end(), '\n'));
-    EXPECT_EQ(100U, deaf->TickPeriodMs());
-    EXPECT_EQ(1800U, deaf->m_workReportTicks);
+    EXPECT_EQ("", Printed([&] { deaf = std::make_unique<CTestRuntime>(); }));
+    EXPECT_EQ("open msg 1234 failed.\n", errors);
+    EXPECT_EQ("", Printed([&] {
+                  deaf->PostMsg(kCode, "x", 1);
+                  deaf->DrainOutbound();
+                  for (int i = 0; i < 2; ++i) deaf->MsgRcvFromMain();
+              }));
+    EXPECT_THAT(errors, testing::MatchesRegex("zor_runtime: cannot read from queue 0x1234: [^\n]*\n"));
+    EXPECT_EQ(1900U, deaf->TickPeriodMs() + deaf->m_workReportTicks);
+}
+
+TEST_F(MessageChannel, OneCommandPerPoll) {
+    SendFrame(SettingsFrame());
+    SendFrame(SettingsFrame({999}));
+    const auto poll = [this] { return Printed([this] { runtime.MsgRcvFromMain(); }); };
+    for (const auto& [result, flag] : {std::pair{2052, 1}, {2052, 0}, {-1, 0}}) {
+        EXPECT_EQ(result < 0, poll().empty());
+        EXPECT_EQ(flag, runtime.m_sendflag);
+        EXPECT_EQ(result, runtime.m_lastReceiveResult);
+    }
+    FailNextQueueCall(EINTR);
+    EXPECT_EQ(Line("MsgRcvFromMain", "rcv error!"), poll());
+}
+
+TEST_F(MessageChannel, AnyCommandIsSurvived) {
+    constexpr std::uint16_t kCodes[] = {kCommandSettings, kCommandHistoryRequest, kCommandHistoryAck};
+    std::mt19937 random(1);
+    for (int i = 0; i < 10000; ++i) {
+        Bytes text(random() % 2053);
+        for (std::uint8_t& byte : text) byte = static_cast<std::uint8_t>(random());
+        if (text.size() >= 8 && random() % 2 == 0) {  // half of them look like a command
+            const std::uint16_t code = kCodes[random() % 3];
+            text[5] = static_cast<std::uint8_t>(random() % 4);
+            text[6] = static_cast<std::uint8_t>(code >> 8);
+            text[7] = static_cast<std::uint8_t>(code);
+        }
+        ASSERT_TRUE(SendText(text));
+        Printed([this] { runtime.MsgRcvFromMain(); });
+    }
+    EXPECT_EQ(0U, Waiting());
+}
+
+TEST(OutboundQueue, PopByCodeTakesTheOldestMatchAndCostsATokenWithoutOne) {
+    int a = 0;
+    int b = 0;
+    int c = 0;
+    CLinuxMsgQueue queue("test");
+    const auto pop = [&](std::uint32_t filter) {
+        std::uint32_t code = 77;  // what is left untouched
+        void* buffer = nullptr;
+        const int result = queue.PopByCode(filter, code, buffer);
+        return std::tuple(result, code, static_cast<const int*>(buffer));
+    };
+    using Popped = std::tuple<int, std::uint32_t, const int*>;
+    EXPECT_EQ(Popped(0, 77, nullptr), pop(1));
+    EXPECT_EQ(3, queue.Push(2, &a) + queue.Push(0x50001, &b) + queue.Push(1, &c));
+    EXPECT_EQ(Popped(1, 0x50001, &b), pop(1));
+    EXPECT_EQ(Popped(1, 77, nullptr), pop(9));
+    EXPECT_EQ(Popped(1, 2, &a), pop(CMsgQueue::kAnyCode));
+    EXPECT_EQ(Popped(0, 77, nullptr), pop(1));  // an entry, but no token for it
+    queue.Push(3, &a);
+    EXPECT_EQ(Popped(1, 1, &c), pop(CMsgQueue::kAnyCode));
+}
+
+TEST(OutboundQueue, MutexAndSemaphore) {
+    CLinuxMutex mutex("test");
+    EXPECT_TRUE(mutex.Lock() && mutex.Lock());  // twice by its holder, and one unlock releases it
+    const Captured foreign = Capture([&] { std::thread([&] { EXPECT_FALSE(mutex.Unlock()); }).join(); });
+    EXPECT_EQ("CnlLinuxMutex::Unlock() :  Error - Mutex not locked or not owned by the thread! \n",
+              foreign.out);
+    EXPECT_TRUE(mutex.Unlock());
+    std::thread([&] { EXPECT_TRUE(mutex.Lock() && mutex.Unlock()); }).join();
+
+    CLinuxCountingSem sem(1);
+    EXPECT_TRUE(sem.Wait(0, 5));  // there is no timed wait: the token stays where it is
+    EXPECT_TRUE(sem.Wait(0, 0));
+    EXPECT_FALSE(sem.Wait(0, 0));
+    EXPECT_TRUE(sem.Wait(2, 1));  // only 1 blocks
+    EXPECT_TRUE(sem.Post() && sem.Wait(1, 0));
 }
 
 }  // namespace

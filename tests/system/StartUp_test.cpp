@@ -1,0 +1,77 @@
+// The real program: what it says at its start, and what it lives through.
+
+#include <filesystem>
+#include <regex>
+
+#include "System/AppFiles.h"
+#include "tests/support/StationProcess.h"
+#include "tests/support/TestRuntime.h"
+#include "tests/support/Transcript.h"
+
+namespace {
+
+class CStartUp : public testing::Test, CCleanBothEnds {
+  protected:
+    CStartUp() { MakeConfig(2); }
+
+    CStationProcess process;
+};
+using StartUp = CStartUp;
+
+TEST_F(StartUp, Lines) {
+    process.RunPasses(1);
+    const std::regex date("\\w{3} [ 0-9]{2} \\d{4} \\d\\d:\\d\\d:\\d\\d ");
+    ExpectReplay(ZOR_TRANSCRIPTS "startup.txt", [&](std::istream&) {
+        return ShownLines(std::regex_replace(Masked(process.TakeOutput()), date, "<date and time>"));
+    });
+    process.RunPasses(20);
+    EXPECT_EQ("", process.TakeOutput() + process.Errors());
+    EXPECT_EQ(CStationProcess::kStart + 2, process.Time());
+}
+
+TEST_F(StartUp, FullQueueCostsMessagesOnly) {
+    CLiveValues live;
+    SendFrame(SettingsFrame());
+    process.RunPasses(6);
+    LimitQueue(16384);
+    int gun = 0;
+    const auto changeOnEveryPass = [&](int passes) {
+        for (int i = 0; i < passes; ++i) {
+            live.SetGunState(1, static_cast<std::uint8_t>(gun = 1 - gun));
+            process.RunPasses(1);
+        }
+    };
+    changeOnEveryPass(2000);
+    process.TakeOutput();
+    const long before = process.ResidentKb();
+    changeOnEveryPass(10000);
+    EXPECT_LE(process.ResidentKb(), before + 64);
+    const std::regex lost("MsgSndToMain\\.\\d+: send failed 002!");
+    const std::string output = process.TakeOutput();
+    EXPECT_EQ(10000, std::distance(std::sregex_iterator(output.begin(), output.end(), lost), {}));
+    EXPECT_EQ(7U, ReadAll().size());
+    changeOnEveryPass(3);
+    EXPECT_EQ(3U, ReadAll().size());
+}
+
+TEST_F(StartUp, HugeHistoryIsKept) {
+    constexpr std::uintmax_t kSize = 5ULL << 30;  // beyond what 32 bits say
+    process.RunPasses(1);
+    RunSql(AppFile(kHistoryFile), "INSERT INTO tagYC (portNo) VALUES (1)");
+    std::filesystem::resize_file(AppFile(kHistoryFile), kSize);
+    CStationProcess again;
+    again.RunPasses(1);
+    EXPECT_EQ(kSize, std::filesystem::file_size(AppFile(kHistoryFile)));
+}
+
+TEST_F(StartUp, ConfigurationThatCannotBeOpened) {
+    std::filesystem::remove_all(kAppDirectory);
+    EXPECT_EQ(0, process.RunToEnd());
+    // Everything up to the configuration.
+    EXPECT_EQ(Line("CRuntimeData", "runtime:IPC Creater Succuess 104!\n") + std::string(60, '*') +
+                  "\n*               Process Name    : zor_runtime              *\n",
+              Masked(process.TakeOutput()));
+    EXPECT_EQ("Can't open database: unable to open database file\n", process.Errors());
+}
+
+}  // namespace
