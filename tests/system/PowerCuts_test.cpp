@@ -1,0 +1,155 @@
+// The power fails at any moment of a burst of events or of an hourly step: what the real program wrote is
+// played back up to there, with what was not synced by then lost, kept or torn.
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <random>
+
+#include "System/AppFiles.h"
+#include "tests/support/FaultPlan.h"
+#include "tests/support/StationProcess.h"
+#include "tests/support/TestRuntime.h"
+
+namespace {
+
+constexpr int kPorts = 8;
+constexpr int kPoints = 60;
+constexpr std::size_t kSector = 512;  // what a device writes wholly or not at all
+constexpr int kDirectory = 0;         // its inode
+
+struct Change {
+    EChange kind;
+    std::string path;
+    int inode;   // of the file itself
+    int holder;  // whose sync makes the change safe: the file's inode, the directory's for a name
+    std::uint64_t offset;
+    std::string data;
+    std::size_t syncedAt = SIZE_MAX;  // place of that sync in the record
+};
+
+std::vector<Change> ReadRecord(const std::string& record) {
+    std::ifstream in(record, std::ios::binary);
+    std::vector<Change> changes;
+    std::map<std::string, int> inodes = {{"/mnt/nandflash/app", kDirectory}};
+    std::map<int, std::string> open;  // paths by descriptor
+    int made = kDirectory;
+    char head[sizeof(FileChange)];
+    while (in.read(head, sizeof head)) {
+        FileChange change{};
+        std::memcpy(&change, head, sizeof change);
+        std::string data(change.size, '\0');
+        in.read(data.data(), static_cast<std::streamsize>(change.size));
+        if (change.kind <= EChange::Create) open[change.file] = data;
+        const std::string path = change.kind == EChange::Remove ? data : open[change.file];
+        if (change.kind == EChange::Create || inodes.count(path) == 0) inodes[path] = ++made;
+        const int inode = inodes[path];
+        for (Change& earlier : changes)
+            if (change.kind == EChange::Sync && earlier.holder == inode)
+                earlier.syncedAt = std::min(earlier.syncedAt, changes.size());
+        const bool ofName = change.kind == EChange::Create || change.kind == EChange::Remove;
+        changes.push_back({change.kind, path, inode, ofName ? kDirectory : inode, change.offset, data});
+    }
+    return changes;
+}
+
+enum class ELost { Everything, Nothing, Something };
+
+class CPowerCuts : public testing::Test, CCleanBothEnds {
+  protected:
+    // Records what the program does to its files in `passes`, and before it in its start, which stays whole.
+    void Record(const std::function<void()>& act, std::uint32_t passes) {
+        const std::string record = std::string(kScratchDirectory) + "record";
+        setenv(kChangeRecord, record.c_str(), 1);
+        CStationProcess process;
+        process.RunPasses(1);
+        m_start = ReadRecord(record).size();
+        act();
+        process.RunPasses(passes);
+        unsetenv(kChangeRecord);
+        m_changes = ReadRecord(record);
+        std::filesystem::remove(record);
+    }
+
+    // Puts the files on the disk as they are after a cut behind change `last`.
+    void Cut(std::size_t last, ELost lost) {
+        std::map<std::string, int> names;
+        std::map<int, std::string> contents;
+        for (std::size_t i = 0; i <= last; ++i) {
+            const Change& change = m_changes[i];
+            const bool safe = i < m_start || change.syncedAt <= last || lost == ELost::Nothing;
+            if (!safe && (lost == ELost::Everything || m_random() % 2 == 0)) continue;
+            const bool torn = !safe && m_random() % 2 == 0;
+            std::string& content = contents[change.inode];
+            const auto offset = static_cast<std::size_t>(change.offset);
+            if (change.kind == EChange::Create) names[change.path] = change.inode;
+            if (change.kind == EChange::Remove) names.erase(change.path);
+            if (change.kind == EChange::Cut) content.resize(offset);
+            if (change.kind != EChange::Put) continue;
+            content.resize(std::max<std::size_t>(content.size(), offset + change.data.size()));
+            for (std::size_t at = 0; at < change.data.size(); at += kSector)
+                if (const std::string part = change.data.substr(at, kSector); !torn || m_random() % 2 == 0)
+                    content.replace(offset + at, part.size(), part);
+        }
+        std::filesystem::remove_all(kAppDirectory);
+        std::filesystem::create_directories(kAppDirectory);
+        for (const auto& [path, inode] : names) WriteText(path, contents[inode]);
+    }
+
+    // Cuts at every change of the record. The rows of `table` must be those of some commit, none that was
+    // safe may be missing, and all `commits` must be safe in the end.
+    void CheckEveryCut(const char* name, const std::string& table, std::size_t commits, int torn) {
+        const std::string file = AppFile(name);
+        const auto rows = [&] { return QueryNumber(file, "SELECT count(*) FROM " + table); };
+        Cut(m_start - 1, ELost::Nothing);
+        std::vector<std::pair<std::size_t, int>> commit = {{0, rows()}};  // where each is safe, rows then
+        int cuts = 0;
+        for (std::size_t last = m_start; last < m_changes.size(); ++last) {
+            if (m_changes[last].kind == EChange::Remove && m_changes[last].path == file + "-journal") {
+                Cut(last, ELost::Nothing);
+                commit.emplace_back(m_changes[last].syncedAt, rows());
+            }
+            const auto unsafe = std::find_if(commit.begin(), commit.end(),
+                                             [last](const auto& one) { return one.first > last; });
+            for (int way = 0; way < 2 + torn; ++way) {
+                SCOPED_TRACE("cut " + std::to_string(last) + ", way " + std::to_string(way));
+                Cut(last, static_cast<ELost>(std::min(way, 2)));
+                if (++cuts % 100 == 0) CStationProcess().RunPasses(1);  // a start keeps what there is
+                EXPECT_THAT(QueryRows(file, "PRAGMA integrity_check"), testing::ElementsAre("ok"));
+                EXPECT_TRUE(std::any_of(unsafe - 1, commit.end(),
+                                        [found = rows()](const auto& one) { return one.second == found; }));
+            }
+        }
+        EXPECT_EQ(commits + 1, commit.size());
+        EXPECT_GT(m_changes.size(), commit.back().first);
+        std::printf("%d cuts at %zu changes of %s\n", cuts, m_changes.size() - m_start, name);
+    }
+
+    CLiveValues live;
+
+  private:
+    std::vector<Change> m_changes;
+    std::size_t m_start = 0;
+    std::mt19937 m_random{11};
+};
+using PowerCuts = CPowerCuts;
+
+TEST_F(PowerCuts, BurstOfEvents) {
+    MakePoints({YxRows(kPoints), {}});
+    Record(
+        [this] {
+            for (int point = 0; point < kPoints; ++point) live.SetSignal(point, 1);
+        },
+        1);
+    CheckEveryCut(kEventFile, "tagSOE", 1, 20);
+}
+
+TEST_F(PowerCuts, HourlyStep) {
+    MakeConfig(kPorts);
+    Record([] {}, 15 * 60 * 10);
+    CheckEveryCut(kHistoryFile, "tagYC", kPorts, 4);
+}
+
+}  // namespace
