@@ -102,6 +102,7 @@ void CSqliteTable::Run(CSqliteDb& database, const char* sql) {
     m_result =
         database.Noted(sqlite3_get_table(database.m_handle, sql, &m_cells, &m_rows, &m_columns, &m_error));
     if (Ok()) return;
+    m_readFailed = sqlite3_extended_errcode(database.m_handle) == SQLITE_IOERR_READ;
     m_rows = 0;
     m_columns = 0;
 }

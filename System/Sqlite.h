@@ -77,6 +77,8 @@ class CSqliteTable {
     bool NotNow() const {
         return !Ok() && m_result != SQLITE_ERROR && m_result != SQLITE_CORRUPT && m_result != SQLITE_NOTADB;
     }
+    // True when the system could not read the file; it may the next time.
+    bool ReadFailed() const { return m_readFailed; }
     int Result() const { return m_result; }
     // SQLite's error text after a failure, never null.
     const char* Error() const;
@@ -93,6 +95,7 @@ class CSqliteTable {
     void Run(CSqliteDb& database, const char* sql);
 
     int m_result = SQLITE_ERROR;
+    bool m_readFailed = false;
     int m_rows = 0;
     int m_columns = 0;
     char** m_cells = nullptr;

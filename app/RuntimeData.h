@@ -136,8 +136,8 @@ class CRuntimeData {
     // HistoryDatabase.cpp, Snapshots.cpp, Cache.cpp, ChargingRecord.cpp
 
     // Judges the history database at start-up. 0 keeps the file (the counters are then restored from it), 1
-    // says that it was an old one and has been removed. A file that cannot be read just now (it is
-    // locked, or a call failed) is kept.
+    // says that it was an old one, or that it cannot be read twice in a row, and has been removed. A file
+    // that is only busy, or met one failed call, is kept.
     int CheckYCDB();
     // Creates the history table in a new file; ends the process when the file cannot be opened. Returns 0.
     int InitYcHistoryDatabase();

@@ -77,9 +77,12 @@ int CRuntimeData::CheckYCDB() {
     if (database.Open(path.c_str(), kBusyAtStartUpMs) != SQLITE_OK) return 0;
     CDiagLine(__func__).Print("You have opened zorycdata.db successfully!");
     {
-        const CSqliteTable table(database, "select * from tagYC limit 1");
+        constexpr char kSelectAny[] = "select * from tagYC limit 1";
+        const CSqliteTable table(database, kSelectAny);
         if (!table.Ok()) CDiagLine(__func__).Print("sqlite3_get_table Fail:\n");
-        if (table.NotNow()) return 0;
+        // One read may fail for a moment. A file that cannot be read again is lost, and would take no record.
+        const bool isLost = table.ReadFailed() && CSqliteTable(database, kSelectAny).ReadFailed();
+        if (table.NotNow() && !isLost) return 0;
         if (table.Rows() > 0 && HasColumn(table, "chargeCnt")) {
             CDiagLine(__func__).Print("tagYC is new, so keep it!");
             CreateHistoryIndexes(database);

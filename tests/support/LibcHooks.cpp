@@ -2,6 +2,7 @@
 
 #include <dlfcn.h>
 #include <sys/msg.h>
+#include <unistd.h>
 
 #include <atomic>
 #include <cerrno>
@@ -10,6 +11,7 @@
 namespace {
 
 int nextError = 0;
+int failingReads = 0;
 std::atomic<std::uint64_t> allocations{0};
 
 bool Fails() {
@@ -30,6 +32,10 @@ void FailNextQueueCall(int error) {
     nextError = error;
 }
 
+void FailReads(int count) {
+    failingReads = count;
+}
+
 std::uint64_t Allocations() {
     return allocations;
 }
@@ -47,6 +53,17 @@ int msgsnd(int id, const void* message, std::size_t size, int flags) {
 ssize_t msgrcv(int id, void* message, std::size_t size, long type, int flags) {
     if (Fails()) return -1;
     return Real<ssize_t(int, void*, std::size_t, long, int)>("msgrcv")(id, message, size, type, flags);
+}
+
+// By another name, for the headers of a hardened build define the function itself.
+ssize_t Pread(int file, void* data, std::size_t size, off64_t offset) __asm__("pread64");
+ssize_t Pread(int file, void* data, std::size_t size, off64_t offset) {
+    if (failingReads > 0 && offset > 0) {
+        --failingReads;
+        errno = EIO;
+        return -1;
+    }
+    return Real<ssize_t(int, void*, std::size_t, off64_t)>("pread64")(file, data, size, offset);
 }
 
 #ifdef ZOR_ADDRESS_SANITIZER

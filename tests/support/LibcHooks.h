@@ -7,5 +7,8 @@
 // again.
 void FailNextQueueCall(int error);
 
+// The next so many reads of a database fail that go beyond its start, which opening it reads.
+void FailReads(int count);
+
 // How often the process allocated memory so far.
 std::uint64_t Allocations();

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
+#include <unistd.h>
 
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
@@ -19,6 +21,24 @@ extern "C" const char* __lsan_default_options() {
 }
 #endif
 
+namespace {
+
+// Runs all tests. One in which the code under test ends the process, which it does with status 0, fails.
+int RunTests() {
+    static const pid_t runner = getpid();
+    static bool done = false;
+    std::atexit([] {
+        if (done || getpid() != runner) return;
+        std::fputs("the process ended in the middle of a test\n", stderr);
+        _exit(1);
+    });
+    const int result = RUN_ALL_TESTS();
+    done = true;
+    return result;
+}
+
+}  // namespace
+
 int main(int argc, char** argv) {
     bool listOnly = false;
     for (int i = 1; i < argc; ++i) listOnly = listOnly || std::strcmp(argv[i], "--gtest_list_tests") == 0;
@@ -26,5 +46,5 @@ int main(int argc, char** argv) {
     setenv("TZ", "TST-8", 1);
     testing::InitGoogleTest(&argc, argv);
     if (listOnly) return RUN_ALL_TESTS();
-    return RunInSandbox([] { return RUN_ALL_TESTS(); });
+    return RunInSandbox(RunTests);
 }

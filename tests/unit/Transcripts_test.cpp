@@ -18,6 +18,7 @@
 #include "history/HistoryDatabase.h"
 #include "points/PointSettings.h"
 #include "reports/ChargingStatus.h"
+#include "tests/support/LibcHooks.h"
 #include "tests/support/TestRuntime.h"
 #include "tests/support/Transcript.h"
 
@@ -260,6 +261,12 @@ class CTranscript : public CStationTest, public testing::WithParamInterface<std:
         {"write", OnFile(WriteText)},
         {"remove", OnFile([](auto& file, auto&) { std::filesystem::remove_all(file); })},
         {"lock", Call(*this, &CTranscript::Lock)},
+        {"unreadable",  // so many times, for the command that follows
+         [this] {
+             FailReads(Get<int>());
+             Do(Get<std::string>());
+             FailReads(0);
+         }},
         {"unlock", [this] { m_lock.reset(); }},
         {"signal", Call(live, &CLiveValues::SetSignal)},
         {"signal2", Call(live, &CLiveValues::SetSignal2)},
