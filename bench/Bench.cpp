@@ -1,105 +1,78 @@
-// Runs the benchmarks in a station of their own and puts each figure beside its floor.
+// Runs the benchmarks in a station of their own and puts each figure beside its floor and the plain way.
 //
 //   zor_bench FOLDER [Google Benchmark's options]
 //
-// FOLDER is where the databases lie meanwhile: on a disk, not in memory, or syncing costs nothing.
-#include <benchmark/benchmark.h>
+// FOLDER is where the databases lie meanwhile: on a disk, not in memory, or syncing costs nothing. With
+// --benchmark_out the ratios go into that file too.
 #include <sys/mount.h>
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
-#include <map>
-#include <string>
+#include <ctime>
 
 #include "System/AppFiles.h"
-#include "tests/support/Sandbox.h"
+#include "bench/Bare.h"
+#include "bench/Operation.h"
+#include "bench/Ratios.h"
+#include "bench/Station.h"
 
 namespace {
 
-// Two figures of one run, and what their ratio must not exceed (or, `least`, must reach).
-struct Comparison {
-    const char* what;
-    const char* figure;
-    const char* base;
-    double limit;
-    bool least;
-};
+Operations AllOperations() {
+    Operations all;
+    for (Operations (*operations)() :
+         {TickOperations, BurstOperations, HistoryOperations, MessageOperations, StartOperations})
+        for (const Operation& operation : operations()) all.push_back(operation);
+    return all;
+}
 
-constexpr Comparison kComparisons[] = {
-    {"quiet tick / read pass", "tick/quiet", "tick/read_pass", 3, false},
-    {"quiet tick with list copies / quiet tick", "tick/quiet_with_copies", "tick/quiet", 50, true},
-    {"burst / bare transaction", "burst/one_walk/real_time", "burst/bare_transaction/real_time", 8, false},
-    {"burst singly / burst", "burst/singly/iterations:3/real_time", "burst/one_walk/real_time", 40, true},
-    {"cache check, ten years / day", "history/cache_check/3650/real_time", "history/cache_check/1/real_time",
-     1.5, false},
-    {"resend pass, ten years / day", "history/resend_pass/3650/real_time", "history/resend_pass/1/real_time",
-     1.5, false},
-    {"hourly step, ten years / day", "history/hourly_step/3650/real_time", "history/hourly_step/1/real_time",
-     1.5, false},
-    {"hour request, ten years / day", "history/hour_request/3650/real_time",
-     "history/hour_request/1/real_time", 3, false},
-};
+// The value of option `name`, null where it is not given.
+const char* OptionIn(int argc, char** argv, const char* name) {
+    const std::size_t length = std::strlen(name);
+    for (int i = 1; i < argc; ++i)
+        if (std::strncmp(argv[i], name, length) == 0 && argv[i][length] == '=') return argv[i] + length + 1;
+    return nullptr;
+}
 
-// Prints as usual and keeps the figures, in the benchmark's own unit of time.
-class CFigures : public benchmark::ConsoleReporter {
-  public:
-    CFigures() : ConsoleReporter(OO_Tabular) {}
-
-    void ReportRuns(const std::vector<Run>& runs) override {
-        ConsoleReporter::ReportRuns(runs);
-        for (const Run& run : runs)
-            if (!run.error_occurred)
-                m_seconds[run.benchmark_name()] =
-                    run.real_accumulated_time / static_cast<double>(run.iterations > 0 ? run.iterations : 1);
-    }
-
-    // Prints the ratios; false when one is beyond its limit, or when `all` are wanted and one lacks a figure.
-    bool Compare(bool all) const {
-        bool within = true;
-        std::printf("\n%-44s %10s %10s\n", "ratio", "measured", "limit");
-        for (const Comparison& comparison : kComparisons) {
-            const auto figure = m_seconds.find(comparison.figure);
-            const auto base = m_seconds.find(comparison.base);
-            if (figure == m_seconds.end() || base == m_seconds.end()) {
-                if (all) std::printf("%-44s %10s\n", comparison.what, "MISSING");
-                within = within && !all;
-                continue;
-            }
-            const double ratio = figure->second / base->second;
-            const bool ok = comparison.least ? ratio >= comparison.limit : ratio <= comparison.limit;
-            std::printf("%-44s %10.2f %9.1f%c %s\n", comparison.what, ratio, comparison.limit,
-                        comparison.least ? '+' : '-', ok ? "" : "BEYOND");
-            within = within && ok;
-        }
-        return within;
-    }
-
-  private:
-    std::map<std::string, double> m_seconds;
-};
-
-int Run(const char* folder, bool all) {
+int Run(const char* folder, const char* json, bool all) {
     CleanStation();
     if (mount(folder, kAppDirectory, nullptr, MS_BIND, nullptr) != 0) {
         std::perror("zor_bench: mounting the folder");
         return 1;
     }
+    BenchStation::CleanUp();
+    timespec now{};  // the file tells when it was made
+    clock_gettime(CLOCK_REALTIME, &now);
+    FakeClock::Set(now.tv_sec);
+
+    const Operations operations = AllOperations();
+    Register(operations);
     CFigures figures;
     benchmark::RunSpecifiedBenchmarks(&figures);
-    return figures.Compare(all) ? 0 : 1;
+    BenchStation::CleanUp();
+
+    const std::vector<Result> results = Judge(operations, figures, all);
+    Print(results);
+    Require(json == nullptr || AddToJson(json, results), "the ratios cannot be added to the JSON file");
+    bool fine = true;
+    for (const Result& result : results)
+        for (const Ratio& ratio : result.ratios) fine = fine && ratio.Within();
+    return fine ? 0 : 1;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    const bool all = std::none_of(argv, argv + argc, [](const char* argument) {
-        return std::strncmp(argument, "--benchmark_filter", std::strlen("--benchmark_filter")) == 0;
-    });
+    std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ);  // as in the process
+    setenv("TZ", "UTC", 1);
+    const char* json = OptionIn(argc, argv, "--benchmark_out");
+    const bool all = OptionIn(argc, argv, "--benchmark_filter") == nullptr;
     benchmark::Initialize(&argc, argv);
     if (argc != 2) {
         std::fprintf(stderr, "usage: zor_bench FOLDER [--benchmark_filter=REGEX ...]\n");
         return 2;
     }
-    return RunInSandbox([argv, all] { return Run(argv[1], all); });
+    return RunInSandbox([=] { return Run(argv[1], json, all); });
 }

@@ -1,107 +1,116 @@
 // History operations on files of one day, one year and ten years of eight ports.
-#include <benchmark/benchmark.h>
-
-#include <cstdio>
-#include <cstdlib>
-
 #include "System/AppFiles.h"
-#include "bench/Station.h"
-#include "history/HistoryDatabase.h"
+#include "bench/HistoryStation.h"
+#include "bench/Operation.h"
+#include "history/ChargingRecord.h"
 
 namespace {
 
-constexpr int kDay = 1;
-constexpr int kYear = 365;
-constexpr int kTenYears = 3650;
+constexpr int kHour = 10;
+constexpr int kPort = 3;
 
-// Rows of the last `days` days up to 2024-01-01, the last midnight pending.
-void FillHistory(int days) {
-    CSqliteDb database;
-    database.Open(CAppPath(kHistoryFile).c_str(), kBusyInLoopMs);
-    database.Exec("begin transaction");
-    CSqlText<1024> sql;
-    sql.Format(
-        "WITH RECURSIVE h(i) AS (SELECT 0 UNION ALL SELECT i+1 FROM h WHERE i<%d), p(n) AS (SELECT 1 UNION "
-        "ALL SELECT "
-        "n+1 FROM p WHERE n<%d) INSERT INTO "
-        "tagYC(portNo,sendcount,mvalue,mvalue_1,mvalue_2,mvalue_3,mvalue_4,fvalue,"
-        "fvalue_1,fvalue_2,fvalue_3,fvalue_4,tradenumber,tradeelec,fretime,timestamp,chargeCnt,chargeTime,"
-        "dcK1Cnt,"
-        "dcK2Cnt) SELECT n,CASE WHEN i>=%d AND i%%24=0 THEN 1 ELSE 0 "
-        "END,'123456789','1','2','3','4','5','6','7','8',"
-        "'9','00112233445566778899aabbccddeeff','77','20230830101112',datetime('2024-01-01','-%d "
-        "days','+'||i||"
-        "' hours','+3 seconds'),'0','0','11','12' FROM h,p",
-        days * 24 - 1, kBenchPorts, (days - 1) * 24, days);
-    if (database.Exec(sql) != SQLITE_OK) {
-        std::fprintf(stderr, "zor_bench: %s\n", database.Error());
-        std::exit(1);
-    }
-    database.Exec("commit transaction");
-}
-
-struct HistoryStation : BenchStation {
-    explicit HistoryStation(const benchmark::State& state) { FillHistory(static_cast<int>(state.range(0))); }
-};
-
-void CacheCheck(benchmark::State& state) {
-    HistoryStation station(state);
-    for (auto run : state) station.runtime.Checkcache();
-}
-BENCHMARK(CacheCheck)->Name("history/cache_check")->Arg(kDay)->Arg(kYear)->Arg(kTenYears)->UseRealTime();
-
-// Eight records that are pending before each pass.
-void ResendPass(benchmark::State& state) {
-    HistoryStation station(state);
-    YcHistoryRecord records[kBenchPorts] = {};
+// `kOperate`, which returns how many records it found or stored, on a history that is new before the first
+// time, and with `kRestored` before each.
+template <auto kOperate, int kExpected, EIndexed kIndexed = EIndexed::Yes, bool kRestored = false>
+void On(benchmark::State& state) {
+    HistoryStation station(static_cast<int>(state.range(0)), kIndexed);
     for (auto run : state) {
-        state.PauseTiming();
-        {
-            CSqliteDb database;
-            database.Open(CAppPath(kHistoryFile).c_str(), kBusyInLoopMs);
-            database.Exec("update tagYC set sendcount=1 where sendcount >= 1 and sendcount < 6");
+        if (kRestored) {
+            state.PauseTiming();
+            station.Restore();
+            state.ResumeTiming();
         }
-        state.ResumeTiming();
-        int count = kBenchPorts;
-        station.runtime.ReadCacheYCdata(records, count);
-        if (count != kBenchPorts) state.SkipWithError("no pending record");
+        Require(kOperate(station) == kExpected, "other records than expected");
     }
 }
-BENCHMARK(ResendPass)->Name("history/resend_pass")->Arg(kDay)->Arg(kYear)->Arg(kTenYears)->UseRealTime();
 
-void HourlyStep(benchmark::State& state) {
-    HistoryStation station(state);
-    for (auto run : state)
-        for (unsigned port = 1; port <= kBenchPorts; ++port) station.runtime.InsertYC(1, port);
+int CheckCache(HistoryStation& station) {
+    station.runtime.Checkcache();
+    return station.runtime.m_datacache;
 }
-BENCHMARK(HourlyStep)->Name("history/hourly_step")->Arg(kDay)->Arg(kYear)->Arg(kTenYears)->UseRealTime();
 
-void Request(benchmark::State& state, int hour) {
-    HistoryStation station(state);
+int ResendPass(HistoryStation& station) {
+    YcHistoryRecord records[kBenchPorts] = {};
+    int count = kBenchPorts;
+    station.runtime.ReadCacheYCdata(records, count);
+    return count;
+}
+
+template <int kAsked>
+int Request(HistoryStation& station) {
     YcHistoryRecord records[24] = {};
-    for (auto run : state) {
-        int count = 24;
-        station.runtime.ReadDBSingleYCdata("2023-12-31", 3, hour, records, count);
-        if (count == 0) state.SkipWithError("no record");
-    }
+    int count = 24;
+    station.runtime.ReadDBSingleYCdata("2023-12-31", kPort, kAsked, records, count);
+    return count;
 }
-BENCHMARK_CAPTURE(Request, hour, 10)
-    ->Name("history/hour_request")
-    ->Arg(kDay)
-    ->Arg(kYear)
-    ->Arg(kTenYears)
-    ->UseRealTime();
-BENCHMARK_CAPTURE(Request, day, kWholeDay)
-    ->Name("history/day_request")
-    ->Arg(kDay)
-    ->Arg(kYear)
-    ->Arg(kTenYears)
-    ->UseRealTime();
 
-void StartUpCheck(benchmark::State& state) {
-    HistoryStation station(state);
-    for (auto run : state) station.runtime.CheckYCDB();
+int HourlyStep(HistoryStation& station) {
+    int stored = 0;
+    for (unsigned port = 1; port <= kBenchPorts; ++port)
+        stored += static_cast<int>(station.runtime.InsertYC(1, port) == SQLITE_OK);
+    return stored;
 }
-BENCHMARK(StartUpCheck)->Name("history/start_up_check")->Arg(kDay)->Arg(kTenYears)->UseRealTime();
+
+int StartUpCheck(HistoryStation& station) {
+    return station.runtime.CheckYCDB();
+}
+
+// Reads the records of these hours of the last day and these ports on a connection that stays open.
+template <int kFirstHour, int kLastHour, int kFirstPort, int kLastPort>
+void ByKey(benchmark::State& state) {
+    HistoryStation station(static_cast<int>(state.range(0)));
+    InBareTransaction(kHistoryFile, [&](CSqliteDb& database) {
+        CBareStatement read(database, "SELECT * FROM tagYC WHERE id=?1");
+        for (auto run : state)
+            for (int hour = kFirstHour; hour <= kLastHour; ++hour)
+                for (int port = kFirstPort; port <= kLastPort; ++port) read.Run(station.Id(hour, port));
+    });
+}
+
+int ResendBare(HistoryStation& station) {
+    InBareTransaction(kHistoryFile, [&](CSqliteDb& database) { station.RaiseBareRecords(database); });
+    return kBenchPorts;
+}
+
+int StoreTogether(HistoryStation& /*station*/) {
+    InBareTransaction(kHistoryFile, [](CSqliteDb& database) { StoreBareRecords(database, 1, kBenchPorts); });
+    return kBenchPorts;
+}
+
+int StoreSingly(HistoryStation& /*station*/) {
+    for (int port = 1; port <= kBenchPorts; ++port)
+        InBareTransaction(kHistoryFile, [&](CSqliteDb& database) { StoreBareRecords(database, port, port); });
+    return kBenchPorts;
+}
+
+// An operation that looks for `kExpected` records, with what finds them by their keys beside it.
+template <auto kOperate, int kExpected, bool kRestored = false>
+Operation Reading(const char* name, void (*byKey)(benchmark::State&), double growthLimit) {
+    return {name,
+            On<kOperate, kExpected, EIndexed::Yes, kRestored>,
+            {"rows by key", byKey},
+            {"no indexes", On<kOperate, kExpected, EIndexed::No, kRestored>},
+            true,
+            growthLimit};
+}
 
 }  // namespace
+
+Operations HistoryOperations() {
+    constexpr int kPorts = kBenchPorts;
+    return {
+        Reading<CheckCache, kPorts>("history/cache_check", ByKey<0, 0, 1, kPorts>, 1.5),
+        Reading<ResendPass, kPorts, true>("history/resend_pass", On<ResendBare, kPorts, EIndexed::Yes, true>,
+                                          1.5),
+        Reading<Request<kHour>, 1>("history/hour_request", ByKey<kHour, kHour, kPort, kPort>, 3),
+        Reading<Request<kWholeDay>, 24>("history/day_request", ByKey<0, 23, kPort, kPort>, 0),
+        // A transaction per port: a record is stored, or lost, for itself.
+        {"history/hourly_step",
+         On<HourlyStep, kPorts>,
+         {"one transaction", On<StoreTogether, kPorts>},
+         {"one per port", On<StoreSingly, kPorts>},
+         true,
+         1.5},
+        {"history/start_up_check", On<StartUpCheck, 0>, {"rows by key", ByKey<23, 23, 1, kPorts>}, {}, true},
+    };
+}

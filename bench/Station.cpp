@@ -3,73 +3,118 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 
 #include "System/AppFiles.h"
-#include "points/LiveEntry.h"
+#include "System/Numbers.h"
+#include "bench/Bare.h"
+#include "bench/HistoryStation.h"
+#include "points/Signals.h"
 
 namespace {
 
 constexpr std::uint32_t kNever = 4000000000U;
+constexpr char kEmptyEventFile[] = "empty-soe.db";
 
-// Points as a settings table would give them: 52 station-wide, then 70 of each port.
-void AddSignals(std::list<YxPointRecord>& points) {
-    constexpr int kStationWide = 52;
-    constexpr int kPerPort = (kBenchPoints - kStationWide) / kBenchPorts;
-    for (int i = 0; i < kBenchPoints; ++i) {
-        YxPointRecord point{};
-        std::snprintf(point.name, sizeof point.name, "Status point %d of the station", i);
-        point.address = i + 1;
-        point.pointNumber = i;
-        if (i >= kStationWide) {
-            point.port = (i - kStationWide) / kPerPort + 1;
-            point.pointNumber = PortBase(point.port) + 98 + (i - kStationWide) % kPerPort;
-        }
-        points.push_back(point);
+// Settings that give a station of eight ports kBenchPoints of each kind: those of a port have a copy for
+// every port.
+void MakeSettings() {
+    constexpr int kFirstYxOfPort = 99;
+    constexpr int kFirstYcOfPort = 100;
+    constexpr int kStationYx = 52;
+    constexpr int kStationYc = 20;
+    constexpr int kYxRows = kStationYx + (kBenchPoints - kStationYx) / kBenchPorts;
+    constexpr int kYcRows = kStationYc + (kBenchPoints - kStationYc) / kBenchPorts;
+    std::vector<YxRow> yx;
+    yx.reserve(kYxRows);
+    for (int i = 0; i < kYxRows; ++i) {
+        const int number = i < kStationYx ? i : i - kStationYx + kFirstYxOfPort;
+        yx.push_back({number, number + 1});
     }
-}
-
-void AddTelemetry(std::list<YcGroup>& groups) {
-    constexpr int kPerPort = kBenchPoints / kBenchPorts + 1;
-    groups.push_back({0, 1, 0, {}});
-    for (int i = 0; i < kBenchPoints; ++i) {
-        YcPointRecord point{};
-        point.scale = 0.1F;
-        point.pointNumber = PortBase(i / kPerPort + 1) + 70 + i % kPerPort;
-        groups.front().points.push_back(point);
-    }
+    std::vector<YcRow> yc;
+    yc.reserve(kYcRows);
+    for (int i = 0; i < kYcRows; ++i)
+        yc.push_back({i < kStationYc ? i : i - kStationYc + kFirstYcOfPort, 0.1});
+    MakePointSettings(yx, yc);
 }
 
 }  // namespace
 
-void CBenchRuntime::DropOutbound() {
+CBenchRuntime::Dropped CBenchRuntime::DropOutbound() {
+    Dropped dropped{};
     std::uint32_t code = 0;
     void* buffer = nullptr;
-    while (m_outboundQueue->Pop(code, buffer) == 1) std::free(buffer);
-}
-
-void CBenchShm::SetSignal(int index, std::uint8_t state) {
-    static_cast<std::uint8_t*>(getYx(index))[kYxState] = state;
+    while (m_outboundQueue->Pop(code, buffer) == 1) {
+        ++dropped.messages;
+        dropped.bytes += static_cast<std::size_t>(GetLe(static_cast<const std::uint8_t*>(buffer), 2));
+        std::free(buffer);
+    }
+    return dropped;
 }
 
 BenchStation::BenchStation() {
-    for (const char* file : {kEventFile, kHistoryFile}) std::remove(CAppPath(file).c_str());
-    shm.ResetLiveValues();
-    runtime.SetShmAccessor(&shm);
+    namespace fs = std::filesystem;
+    // Files are made once in a run: bringing them to the disk takes longer than most of what is measured.
+    if (!fs::exists(AppFile(kPointSettingFile))) MakeSettings();
+    if (!fs::exists(AppFile(kEmptyEventFile))) {
+        runtime.InitSOE();
+        fs::rename(AppFile(kEventFile), AppFile(kEmptyEventFile));
+    }
+    fs::copy_file(AppFile(kEmptyEventFile), AppFile(kEventFile), fs::copy_options::overwrite_existing);
+    FakeClock::Set(FakeClock::kStart);
+    live.ResetLiveValues();
+    for (int port = 1; port <= kBenchPorts; port += 2) live.SetSignal(PortBase(port) + kSignalCharging, 1);
+    runtime.SetShmAccessor(&live);
     runtime.m_chargerKind = kDcCharger;
     runtime.m_portCount = kBenchPorts;
-    AddSignals(runtime.m_yxPoints);
-    AddTelemetry(runtime.m_ycGroups);
-    runtime.m_walk.changes.reserve(runtime.m_yxPoints.size());
-    runtime.SelectReportedPoints();
+    runtime.InitPointSettingYX();
+    runtime.InitPointSettingYC();
+    Require(runtime.m_yxPoints.size() == kBenchPoints && Telemetry().size() == kBenchPoints,
+            "the station has other points than it should");
     runtime.m_sendflag = 1;
     runtime.m_workReportTicks = runtime.m_idleReportTicks = runtime.m_yxReportTicks = kNever;
-    runtime.InitSOE();
-    runtime.InitYcHistoryDatabase();
+    for (YxPointRecord& point : runtime.m_yxPoints) point.previous = live.Signal(point.pointNumber);
     runtime.SchedulerTick();
-    runtime.SchedulerTick();  // the first one recorded and reported what was on
+    runtime.SchedulerTick();  // the first one reported what was on
     runtime.DropOutbound();
+}
+
+void BenchStation::CleanUp() {
+    for (const char* file :
+         {kConfigFile, kPointSettingFile, kEmptyEventFile, kEventFile, kHistoryFile, kHistories})
+        std::filesystem::remove_all(AppFile(file));
+}
+
+void BenchStation::FlipSignals() {
+    for (const YxPointRecord& point : runtime.m_yxPoints)
+        live.SetSignal(point.pointNumber, live.Signal(point.pointNumber) == 0 ? 1 : 0);
+}
+
+void BenchStation::StoreEventsSingly() {
+    for (const YxPointRecord& point : runtime.m_yxPoints)
+        runtime.InsertSOE(1, point.pointNumber, 0, point.name);
+}
+
+void BenchStation::ForgetReported(int port) {
+    constexpr std::uint8_t kNoState = 0xFF;
+    PortState& state = runtime.Port(port);
+    PortSignals& signals = state.signals;
+    state.lastStateCode = 0;
+    signals.changesSettled = signals.gunSettled = 0;
+    std::fill(signals.lastReported.begin(), signals.lastReported.end(), kNoState);
+    std::fill(std::begin(signals.lastGun), std::end(signals.lastGun), kNoState);
+}
+
+void BenchStation::MakeReportsDue() {
+    constexpr std::uint32_t kFastReports = 18;  // the interval counts for what follows them
+    runtime.m_workReportTicks = runtime.m_idleReportTicks = runtime.m_yxReportTicks = 0;
+    for (int port = 1; port <= kBenchPorts; ++port) {
+        runtime.Port(port).chargingReports = kFastReports;
+        ForgetReported(port);
+    }
 }
 
 CQuiet::CQuiet() : m_stdout(dup(STDOUT_FILENO)) {
