@@ -1,28 +1,35 @@
-// The runtime at work: every file of tests/transcripts/runtime is a station that starts empty, what is done
-// to it, and what it prints, posts and stores.
+// The runtime and zorctl at work: every file of tests/transcripts is a station that starts empty, what is
+// done to it, and what it prints, posts and stores.
 #include <gtest/gtest.h>
+#include <sys/msg.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
-#include <map>
 #include <regex>
+#include <set>
 #include <sstream>
 
-#include "System/AppFiles.h"
 #include "System/CommonTools.h"
 #include "System/DateTime.h"
 #include "System/Numbers.h"
 #include "System/StringToolkit.h"
-#include "app/ConfigDatabase.h"
+#include "app/MainLoop.h"
 #include "app/StartUp.h"
 #include "history/HistoryDatabase.h"
-#include "points/PointSettings.h"
 #include "reports/ChargingStatus.h"
 #include "tests/support/LibcHooks.h"
+#include "tests/support/SqlWatch.h"
 #include "tests/support/TestRuntime.h"
 #include "tests/support/Transcript.h"
+#include "tests/unit/Commands.h"
+#include "tests/unit/tools/ToolCommands.h"
 
 namespace {
+
+namespace fs = std::filesystem;
+using Text = const std::string&;
 
 template <typename... Values>
 void Show(const Values&... values) {
@@ -31,18 +38,57 @@ void Show(const Values&... values) {
     std::puts(text.str().c_str() + 1);
 }
 
+// Each line of `text` behind `prefix`.
+std::string Lines(const std::string& prefix, const std::string& text) {
+    std::string lines;
+    std::istringstream input(std::regex_replace(text, std::regex("\033"), "\\x1B"));
+    for (std::string line; std::getline(input, line);) lines += prefix + line + '\n';
+    return lines;
+}
+
+// "\xff" is a byte, "{40*x}" forty times 'x'.
+std::string Expanded(const std::string& text) {
+    static const std::regex special("\\\\x([0-9a-fA-F]{2})|\\{(\\d+)\\*(.)\\}");
+    std::string expanded;
+    auto rest = text.begin();
+    for (std::sregex_iterator at(text.begin(), text.end(), special), end; at != end; ++at) {
+        expanded.append(rest, (*at)[0].first);
+        expanded += (*at)[1].matched ? std::string(1, static_cast<char>(std::stoi((*at)[1], nullptr, 16)))
+                                     : std::string(std::stoul((*at)[2]), *(*at)[3].first);
+        rest = (*at)[0].second;
+    }
+    return expanded.append(rest, text.end());
+}
+
 class CTranscript : public CStationTest, public testing::WithParamInterface<std::string> {
   protected:
-    // The transcript again, with what its commands do now: what is printed behind the command, then errors
-    // behind "! " and messages behind "> ".
+    // The transcript again, with what its commands do now: an exit code other than 0 before the command, what
+    // is printed behind it, then errors behind "! " and messages behind "> ".
     std::string Replay(std::istream& transcript) {
         std::string replayed;
-        for (std::string line; std::getline(transcript, line);) {
-            if (line.empty() || line[0] == '#') replayed += line + '\n';
-            if (line.rfind("$ ", 0) != 0) continue;
-            replayed += line + '\n' + ShownLines(Printed([&] { Do(line.substr(2)); }));
-            std::istringstream lines(errors);
-            for (std::string error; std::getline(lines, error);) replayed += "! " + error + '\n';
+        std::string line;
+        std::getline(transcript, line);
+        while (transcript) {
+            const std::string head = line;
+            std::string input;
+            m_line.input.clear();
+            while (std::getline(transcript, line) && line[0] == '|') {
+                input += line + '\n';
+                m_line.input += Expanded(line.substr(std::min<std::size_t>(2, line.size()))) + '\n';
+            }
+            if (head.empty() || head[0] == '#') replayed += head + '\n';
+            if (head[0] != '$') continue;
+            const std::string command = head.substr(head.find(' ') + 1);
+            m_line.exit = 0;
+            const std::string printed = m_tools.Masked(Printed([&] {
+                Do(command);
+                if (m_posted == "sent") Drain(100);
+            }));
+            // How the library words a wrong use is its own affair.
+            if (m_line.exit == 2 && errors.rfind("zorctl: ", 0) != 0) errors.clear();
+            replayed += '$' + (m_line.exit == 0 ? "" : std::to_string(m_line.exit)) + ' ' + command + '\n' +
+                        input + Lines("", ShownLines(printed)) + Lines("! ", errors);
+            if (m_posted != "shown") continue;
             for (const std::string& message : Take())
                 replayed += "> " + message.substr(0, message.find_last_not_of(' ') + 1) + '\n';
         }
@@ -50,140 +96,77 @@ class CTranscript : public CStationTest, public testing::WithParamInterface<std:
     }
 
   private:
-    // "\xff" is a byte, "{40*x}" forty times 'x'.
-    static std::string Expanded(const std::string& text) {
-        static const std::regex special("\\\\x([0-9a-f]{2})|\\{(\\d+)\\*(.)\\}");
-        std::string expanded;
-        auto rest = text.begin();
-        for (std::sregex_iterator at(text.begin(), text.end(), special), end; at != end; ++at) {
-            expanded.append(rest, (*at)[0].first);
-            expanded += (*at)[1].matched ? std::string(1, static_cast<char>(std::stoi((*at)[1], nullptr, 16)))
-                                         : std::string(std::stoul((*at)[2]), *(*at)[3].first);
-            rest = (*at)[0].second;
+    void Do(Text command) {
+        const std::string text = Expanded(command);
+        const std::size_t end = std::min(text.find(' '), text.size());
+        m_line.Set(text.substr(end));
+        for (const Commands* table : {&m_commands, &m_tools.Table()})
+            if (const auto found = table->find(text.substr(0, end)); found != table->end())
+                return found->second();
+        std::puts("what?");
+    }
+    // The same for every number from `first` to `last` in the place of '#'.
+    void Repeat(int first, int last, Text command) {
+        static const std::regex place("#");
+        for (int i = first; i <= last; ++i) Do(std::regex_replace(command, place, std::to_string(i)));
+    }
+    // In a process of its own, which this is expected to end.
+    void DoLast(Text command) {
+        const pid_t process = fork();
+        if (process == 0) {
+            Do(command);
+            std::exit(77);
         }
-        return expanded.append(rest, text.end());
+        int status = 0;
+        waitpid(process, &status, 0);
+        Show(WIFSIGNALED(status) ? -WTERMSIG(status) : WEXITSTATUS(status));
     }
-
-    void Do(const std::string& command) {
-        m_words = std::istringstream(Expanded(command));
-        const auto verb = m_verbs.find(Word());
-        if (verb == m_verbs.end())
-            std::printf("what?\n");
-        else
-            verb->second();
+    std::vector<std::string> StatementsOf(Text command) {
+        m_watch.Take();
+        Do(command);
+        return m_watch.Take();
     }
-    std::string Word() {
-        std::string word;
-        m_words >> word;
-        return word;
-    }
-    // The next word as a number, or all that is left as a text.
-    template <typename Value>
-    Value Get() {
-        if constexpr (std::is_same_v<Value, std::string>) {
-            std::getline(m_words >> std::ws, m_rest, '\0');
-            return std::exchange(m_rest, "");
-        } else if constexpr (std::is_floating_point_v<Value>) {
-            return std::strtof(Word().c_str(), nullptr);
-        } else {
-            return static_cast<Value>(std::strtoull(Word().c_str(), nullptr, 10));
+    // What the statements of a command do to the history table, as SQLite plans it.
+    void ShowPlans(Text command) {
+        for (const std::string& sql : StatementsOf(command)) {
+            if (std::string("sSU").find(sql[0]) == std::string::npos) continue;
+            std::string plan;
+            for (const std::string& row : QueryRows(AppFile(kHistoryFile), "EXPLAIN QUERY PLAN " + sql))
+                plan += row;
+            // The pending rows by id: this index holds no others.
+            const bool pending = plan.find("USING INDEX tagYC_pending") != std::string::npos;
+            const bool reads = plan.find("SCAN") != std::string::npos && !pending;
+            const bool sorts = plan.find("TEMP B-TREE") != std::string::npos;
+            Show(reads ? "reads" : sorts ? "sorts" : "finds", sql);
         }
     }
-    template <typename... Values>
-    std::tuple<Values...> GetAll() {
-        return std::tuple<Values...>{Get<Values>()...};  // in this order
+    // Takes what waits in the System V queue: type, size, sender, and the frame; of a long one the middle is
+    // left out, zeros behind it are.
+    static void ShowQueue() {
+        SysVMessage message{};
+        const int queue = msgget(kQueueKey, 0);
+        for (ssize_t size = 0; (size = msgrcv(queue, &message, sizeof message.text, 0, IPC_NOWAIT)) >= 0;
+             message = {}) {
+            std::size_t end = std::max(static_cast<std::size_t>(size), kProcessIdSize) - kProcessIdSize;
+            while (end > GetLe(message.Frame(), 2) + 2 && message.Frame()[end - 1] == 0) --end;
+            std::string frame = ToHex(message.Frame(), end);
+            if (frame.size() > 200) frame.replace(99, frame.size() - 128, "... ");
+            Show(message.type, size, GetLe(message.text, kProcessIdSize), frame);
+        }
     }
-
-    // Verbs: an operation of `object`, which takes its arguments from the command; a field; a file of the
-    // application directory, and what follows its name.
-    template <typename Object, typename Class, typename Result, typename... Arguments>
-    std::function<void()> Call(Object& object, Result (Class::*operation)(Arguments...)) {
-        return [this, &object, operation] {
-            const auto arguments = GetAll<std::decay_t<Arguments>...>();
-            std::apply([&](const auto&... argument) { (object.*operation)(argument...); }, arguments);
-        };
-    }
-    template <typename Value>
-    std::function<void()> Set(Value& field) {
-        return [this, &field] { field = Get<Value>(); };
-    }
-    std::function<void()> OnFile(void (*act)(const std::string& file, const std::string& rest)) {
-        return [this, act] {
-            const std::string file = AppFile(Word().c_str());
-            act(file, Get<std::string>());
-        };
-    }
-
-    static void Query(const std::string& file, const std::string& sql) {
-        for (const std::string& row : QueryRows(file, sql)) std::puts(row.c_str());
-    }
-    // Sets the clock to a local time.
-    void SetTime(const std::string& time) {
-        std::tm parts{};
-        EXPECT_NE(nullptr, strptime(time.c_str(), "%Y-%m-%d %H:%M:%S", &parts));
-        FakeClock::Set(std::mktime(&parts));
-    }
-    void SetArea(int index, const std::string& text) {
-        std::array<char, kEntryAreaSize> area{};
-        text.copy(area.data(), area.size());
-        CLiveValues::Put(live.getYc(index), kEntryArea, area);
-    }
-    void Lock(const std::string& statements) {
-        const std::size_t blank = statements.find(' ');
-        m_lock = std::make_unique<CForeignLock>(AppFile(statements.substr(0, blank).c_str()),
-                                                statements.substr(blank).c_str());
-    }
-    void LoadPoints(const std::string& kind) {
-        std::filesystem::remove(AppFile(kPointSettingFile));
+    void LoadPoints(Text kind) {
+        fs::remove(AppFile(kPointSettingFile));
         MakePoints(std::exchange(m_rows, {}), kind);
         runtime.m_yxPoints.clear();
         runtime.m_ycGroups.clear();
         EXPECT_EQ(0, runtime.InitPointSettingYX() + runtime.InitPointSettingYC());
     }
-    void ShowNumber(const std::string& text) { Show(ParseUInt32(text.c_str()), ParseInt32(text.c_str())); }
-    // The delimiters, a blank, the text.
-    void ShowPieces(const std::string& text) {
-        const std::size_t blank = text.find(' ');
-        CStringList list;
-        CStringList::Split(CString(text.substr(blank + 1).c_str()), text.substr(0, blank).c_str(), list);
-        for (int i = 0; i <= list.Count(); ++i) std::printf("<%s>", list.At(i).c_str());
-        std::printf(" %d\n", list.Count());
-    }
-    // A date, the same so many seconds on, and so many months.
-    void ShowDate(std::int32_t seconds, int months, const std::string& text) {
-        CDateTime later(text.c_str());
-        later.AddSeconds(seconds);
-        CDateTime moved(text.c_str());
-        moved.AddMonths(months);
-        Show(CDateTime(text.c_str()).FullText(), later.FullText(), moved.FullText());
-    }
-    void ShowPacked(const std::string& text) {
-        std::uint8_t bytes[8] = {};
-        CCommonTools::HexToBytes(bytes, text.c_str());
-        std::puts(ToHex(bytes, sizeof bytes).c_str());
-    }
-    // A telemetry value in every form of a report.
-    void ShowConversions(std::uint32_t raw, float scale, std::uint32_t offset) {
-        YcPointRecord point{};
-        point.currentRaw = raw;
-        point.scale = scale;
-        point.offset = offset;
-        Show(ConvertU(point), ConvertS(point), ConvertA(point), ConvertAS(point), ConvertN(point));
-    }
-    // The charging area of a port: the kind of vehicle identity, and then a value of its own in every byte.
-    void SetVehicle(int port, int kind) {
-        std::array<std::uint8_t, kChargingAreaSize> area{};
-        for (std::size_t i = 0; i < area.size(); ++i) area[i] = static_cast<std::uint8_t>(3 * i + 5);
-        area[0] = static_cast<std::uint8_t>(kind);
-        live.SetChargingArea(port, area);
-    }
     // So many bytes of what A1_5 would be now.
     void ShowCharging(int port, int offset, int count) {
         const std::list<YcPointRecord> none;
         const auto& points = runtime.m_ycGroups.empty() ? none : runtime.m_ycGroups.front().points;
-        std::puts(
-            ToHex(BuildChargingBody(live, points, port).data() + offset, static_cast<std::size_t>(count))
-                .c_str());
+        const ChargingBody body = BuildChargingBody(live, points, port);
+        Show(ToHex(body.data() + offset, static_cast<std::size_t>(count)));
     }
     // Lets ticks go by and shows in which of them, counted from 1 at the last "anew", which port posts what.
     void Run(int ticks) {
@@ -197,7 +180,7 @@ class CTranscript : public CStationTest, public testing::WithParamInterface<std:
                 seen[message.substr(0, name) + '/' + port] += ' ' + std::to_string(m_tick);
             }
         }
-        for (const auto& [message, when] : seen) std::puts((message + ':' + when).c_str());
+        for (const auto& [message, when] : seen) Show(message + ':' + when);
     }
     void ShowPoints() {
         for (const YxPointRecord& r : runtime.m_yxPoints)
@@ -209,12 +192,6 @@ class CTranscript : public CStationTest, public testing::WithParamInterface<std:
                      r.realD);
         }
     }
-    void RealTime() {
-        CRTDB database;
-        EXPECT_EQ(0, database.Load("", runtime.m_chargerKind));
-        for (const auto& set : database.LabelSets())
-            Show(set->Description().c_str(), set->PointNumber(), set->ValueCount());
-    }
     // A start-up, from where it turns to the history database.
     void Start() {
         const Captured captured = Capture([this] { StartUp(runtime); });
@@ -225,123 +202,229 @@ class CTranscript : public CStationTest, public testing::WithParamInterface<std:
         EXPECT_TRUE(sent);
         runtime.MsgRcvFromMain();
     }
-    void ShowSettings() {
-        Show(runtime.m_sendflag, runtime.m_workReportTicks, runtime.m_idleReportTicks,
-             runtime.m_yxReportTicks, runtime.m_minuteIntervalTicks,
-             std::exchange(runtime.m_forceYxReport, 0));
-    }
-    void ShowCounters() {
-        for (const std::int32_t counter : runtime.k1Cnt) std::printf("%d ", counter);
-        for (const std::int32_t counter : runtime.k2Cnt) std::printf(" %d", counter);
-        std::puts("");
-    }
-    void ShowSleep() {
-        Show(FakeClock::Slept() / 1000, "ms");
-        FakeClock::Set(std::time(nullptr));
-    }
 
-    std::istringstream m_words;
-    std::string m_rest;
     PointRows m_rows;
     int m_tick = 0;
+    std::uint8_t m_passes = 0;
+    std::string m_posted = "shown";
     std::unique_ptr<CForeignLock> m_lock;
+    CSqlWatch m_watch;
+    CCommandLine m_line;
+    CToolCommands m_tools{m_line};
 
-    const std::map<std::string, std::function<void()>> m_verbs = {
-        // Tools.
-        {"number", Call(*this, &CTranscript::ShowNumber)},
-        {"split", Call(*this, &CTranscript::ShowPieces)},
-        {"date", Call(*this, &CTranscript::ShowDate)},
-        {"packed", Call(*this, &CTranscript::ShowPacked)},
-        {"convert", Call(*this, &CTranscript::ShowConversions)},
+    // Tools.
+    const Commands m_commands = {
+        {"number", m_line.Call([](Text text) { Show(ParseUInt32(text.c_str()), ParseInt32(text.c_str())); })},
+        // The delimiters, a blank, the text.
+        {"split", m_line.Call([](Text text) {
+             const std::size_t blank = text.find(' ');
+             CStringList list;
+             CStringList::Split(CString(text.substr(blank + 1).c_str()), text.substr(0, blank).c_str(), list);
+             for (int i = 0; i <= list.Count(); ++i) std::printf("<%s>", list.At(i).c_str());
+             std::printf(" %d\n", list.Count());
+         })},
+        // A date, the same so many seconds on, and so many months.
+        {"date", m_line.Call([](std::int32_t seconds, int months, Text text) {
+             CDateTime later(text.c_str());
+             later.AddSeconds(seconds);
+             CDateTime moved(text.c_str());
+             moved.AddMonths(months);
+             Show(CDateTime(text.c_str()).FullText(), later.FullText(), moved.FullText());
+         })},
+        {"newdate", m_line.Call([](int year, int month, int day, int hour, int minute, int second) {
+             Show(CDateTime(year, month, day, hour, minute, second).FullText());
+         })},
+        {"packed", m_line.Call([](Text text) {
+             std::uint8_t bytes[8] = {};
+             CCommonTools::HexToBytes(bytes, text.c_str());
+             Show(ToHex(bytes, sizeof bytes));
+         })},
+        // A telemetry value in every form of a report.
+        {"convert", m_line.Call([](std::uint32_t raw, float scale, std::uint32_t offset) {
+             YcPointRecord point{};
+             point.currentRaw = raw;
+             point.scale = scale;
+             point.offset = offset;
+             Show(ConvertU(point), ConvertS(point), ConvertA(point), ConvertAS(point), ConvertN(point));
+         })},
+        {"failure", m_line.Call([this](int cause) {
+             runtime.m_failures.Report(static_cast<EFailure>(cause), "%d", cause);
+         })},
+        // The transcript itself.
+        {"repeat", m_line.Call([this](int first, int last, Text command) { Repeat(first, last, command); })},
+        {"last", m_line.Call([this](Text command) { DoLast(command); })},
+        {"statements", m_line.Call([this](Text command) {
+             for (const std::string& sql : StatementsOf(command)) Show(sql);
+         })},
+        {"plans", m_line.Call([this](Text command) { ShowPlans(command); })},
         // The world around the process.
-        {"time", Call(*this, &CTranscript::SetTime)},
-        {"slept", Call(*this, &CTranscript::ShowSleep)},
-        {"sql", OnFile([](auto& file, auto& sql) { RunSql(file, sql); })},
-        {"query", OnFile(Query)},
-        {"write", OnFile(WriteText)},
-        {"remove", OnFile([](auto& file, auto&) { std::filesystem::remove_all(file); })},
-        {"lock", Call(*this, &CTranscript::Lock)},
-        {"unreadable",  // so many times, for the command that follows
-         [this] {
-             FailReads(Get<int>());
-             Do(Get<std::string>());
-             FailReads(0);
+        {"time", m_line.Call([](Text time) {
+             std::tm parts{};
+             EXPECT_NE(nullptr, strptime(time.c_str(), "%Y-%m-%d %H:%M:%S", &parts));
+             FakeClock::Set(std::mktime(&parts));
+         })},
+        {"slept", [] {
+             Show(FakeClock::Slept() / 1000, "ms");
+             FakeClock::Set(std::time(nullptr));
          }},
+        {"clean", CleanStation},
+        {"sql", m_line.Call([](const fs::path& file, Text sql) { RunSql(file, sql); })},
+        {"query", m_line.Call([](const fs::path& file, Text sql) {
+             for (const std::string& row : QueryRows(file, sql)) Show(row);
+         })},
+        {"write", m_line.Call([this](const fs::path& file, Text text) {
+             fs::create_directories(file.parent_path());
+             WriteText(file, text + m_line.input);
+         })},
+        {"copy", m_line.Call([](const fs::path& from, const fs::path& to) {
+             fs::create_directories(to.parent_path());
+             fs::copy(from, to);
+         })},
+        {"list", m_line.Call([this](const fs::path& directory) {
+             std::error_code error;
+             const fs::directory_iterator files(directory, error);
+             m_line.exit = error ? 1 : 0;
+             for (const fs::path& file : std::set<fs::path>(begin(files), end(files)))
+                 Show(file.filename().string());
+         })},
+        {"remove", m_line.Call([](const fs::path& file) { fs::remove_all(file); })},
+        // What another program's statements lock; until when.
+        {"lock", m_line.Call([this](const fs::path& file, Text statements) {
+             m_lock = std::make_unique<CForeignLock>(file, statements.c_str());
+         })},
+        // Reads that fail, for the command that follows.
+        {"unreadable", m_line.Call([this](int reads, Text command) {
+             FailReads(reads);
+             Do(command);
+             FailReads(0);
+         })},
         {"unlock", [this] { m_lock.reset(); }},
-        {"signal", Call(live, &CLiveValues::SetSignal)},
-        {"signal2", Call(live, &CLiveValues::SetSignal2)},
-        {"gun", Call(live, &CLiveValues::SetGunState)},
-        {"yc", Call(live, &CLiveValues::SetYc)},
-        {"coefficient", Call(live, &CLiveValues::SetCoefficient)},
-        {"area", Call(*this, &CTranscript::SetArea)},
-        {"dd", Call(live, &CLiveValues::SetDd)},
-        {"vehicle", Call(*this, &CTranscript::SetVehicle)},
-        {"yx", [this] { m_rows.yx.push_back(Get<std::string>()); }},
-        {"telemetry", [this] { m_rows.yc.push_back(Get<std::string>()); }},
-        {"columns", Set(m_rows.ycColumns)},
-        {"send", [this] { Receive(SendFrame(Hex(Get<std::string>()))); }},
-        {"sendtext", [this] { Receive(SendText(Hex(Get<std::string>()))); }},
+        {"unlockafter", m_line.Call([this](int micros) { FakeClock::After(micros, [this] { m_lock.reset(); }); })},
+        {"unlockbefore", m_line.Call([this](Text sql) { m_watch.Before(sql, [this] { m_lock.reset(); }); })},
+        {"lockbefore", m_line.Call([this](const fs::path& file, Text sql) {
+             m_watch.Before(sql, [this, file] { m_lock = std::make_unique<CForeignLock>(file, CForeignLock::kWriter); });
+         })},
+        {"signal", m_line.Call(live, &CLiveValues::SetSignal)},
+        {"signal2", m_line.Call(live, &CLiveValues::SetSignal2)},
+        {"gun", m_line.Call(live, &CLiveValues::SetGunState)},
+        {"yc", m_line.Call(live, &CLiveValues::SetYc)},
+        {"coefficient", m_line.Call(live, &CLiveValues::SetCoefficient)},
+        {"area", m_line.Call([this](int index, Text text) {
+             std::array<char, kEntryAreaSize> area{};
+             text.copy(area.data(), area.size());
+             CLiveValues::Put(live.getYc(index), kEntryArea, area);
+         })},
+        {"dd", m_line.Call(live, &CLiveValues::SetDd)},
+        // The charging area of a port: the kind of vehicle identity, and then a value of its own in every byte.
+        {"vehicle", m_line.Call([this](int port, int kind) {
+             std::array<std::uint8_t, kChargingAreaSize> area{};
+             for (std::size_t i = 0; i < area.size(); ++i) area[i] = static_cast<std::uint8_t>(3 * i + 5);
+             area[0] = static_cast<std::uint8_t>(kind);
+             live.SetChargingArea(port, area);
+         })},
+        {"yx", m_line.Call([this](Text row) { m_rows.yx.push_back(row); })},
+        {"telemetry", m_line.Call([this](Text row) { m_rows.yc.push_back(row); })},
+        // Records of one point with states of their own, from `state` on, which no table could give them.
+        {"states", m_line.Call([this](int number, std::uint8_t state) {
+             for (YxPointRecord& point : runtime.m_yxPoints)
+                 if (point.pointNumber == number) point.current = state++;
+         })},
+        {"columns", m_line.Set(m_rows.ycColumns)},
+        {"send", m_line.Call([this](Text frame) { Receive(SendFrame(Hex(frame))); })},
+        {"sendtext", m_line.Call([this](Text text) { Receive(SendText(Hex(text))); })},
+        {"queue", ShowQueue},
+        {"limit", m_line.Call(LimitQueue)},
+        {"failqueue", m_line.Call(FailNextQueueCall)},
         // The state of the process.
-        {"ports", Set(runtime.m_portCount)},
-        {"kind", Set(runtime.m_chargerKind)},
-        {"report", Set(runtime.m_sendflag)},
-        {"cache", Set(runtime.m_datacache)},
-        {"sequence", Set(runtime.m_idleSequence)},
-        {"idleticks", Set(runtime.m_idleReportTicks)},
-        {"workticks", Set(runtime.m_workReportTicks)},
-        {"yxticks", Set(runtime.m_yxReportTicks)},
-        {"force", Set(runtime.m_forceYxReport)},
-        {"anew",
-         [this] {
+        {"ports", m_line.Set(runtime.m_portCount)},
+        {"kind", m_line.Set(runtime.m_chargerKind)},
+        {"report", m_line.Set(runtime.m_sendflag)},
+        {"cache", m_line.Set(runtime.m_datacache)},
+        {"sequence", m_line.Set(runtime.m_idleSequence)},
+        {"idleticks", m_line.Set(runtime.m_idleReportTicks)},
+        {"workticks", m_line.Set(runtime.m_workReportTicks)},
+        {"yxticks", m_line.Set(runtime.m_yxReportTicks)},
+        {"force", m_line.Set(runtime.m_forceYxReport)},
+        {"anew", [this] {
              runtime.m_ports = {};
              m_tick = 0;
          }},
-        {"lasthour", [this] { runtime.SetLastHour(Get<int>()); }},
-        {"k1",
-         [this] {
-             for (auto& counter : runtime.k1Cnt) counter = Get<int>();
+        {"lasthour", m_line.Call([this](int hour) { runtime.SetLastHour(hour); })},
+        {"k1", [this] {
+             for (auto& counter : runtime.k1Cnt) counter = m_line.Get<int>();
          }},
-        {"k2",
-         [this] {
-             for (auto& counter : runtime.k2Cnt) counter = Get<int>();
+        {"k2", [this] {
+             for (auto& counter : runtime.k2Cnt) counter = m_line.Get<int>();
          }},
-        {"settings", Call(*this, &CTranscript::ShowSettings)},
-        {"counters", Call(*this, &CTranscript::ShowCounters)},
-        {"points", Call(*this, &CTranscript::ShowPoints)},
+        {"settings", [this] {
+             Show(runtime.m_sendflag, runtime.m_workReportTicks, runtime.m_idleReportTicks,
+                  runtime.m_yxReportTicks, runtime.m_minuteIntervalTicks,
+                  std::exchange(runtime.m_forceYxReport, 0));
+         }},
+        {"counters", [this] {
+             for (const std::int32_t counter : runtime.k1Cnt) std::printf("%d ", counter);
+             for (const std::int32_t counter : runtime.k2Cnt) std::printf(" %d", counter);
+             std::puts("");
+         }},
+        {"points", m_line.Call([this] { ShowPoints(); })},
+        // Where messages go: "shown" behind the command, "sent" to the queue, "kept" until they are drained.
+        {"posted", m_line.Set(m_posted)},
+        {"post", m_line.Call([this](std::uint32_t code, Text body) {
+             runtime.PostMsg(code, body.data(), static_cast<std::uint32_t>(body.size()));
+         })},
+        {"drain", m_line.Call([this](int count) { Drain(count); })},
         // What it does.
         {"getport", [this] { Show(runtime.GetPort(AppFile(kConfigFile))); }},
-        {"load", Call(*this, &CTranscript::LoadPoints)},
-        {"realtime", Call(*this, &CTranscript::RealTime)},
-        {"start", Call(*this, &CTranscript::Start)},
-        {"create", Call(runtime, &CRuntimeData::InitYcHistoryDatabase)},
-        {"checkdb", Call(runtime, &CRuntimeData::CheckYCDB)},
-        {"insert", Call(runtime, &CRuntimeData::InsertYC)},
-        {"live", Call(runtime, &CRuntimeData::Send_A1_16)},
-        {"check", Call(runtime, &CRuntimeData::Checkcache)},
-        {"resend", Call(runtime, &CRuntimeData::History_A1_16)},
-        {"soe", Call(runtime, &CRuntimeData::InitSOE)},
-        {"event", Call(runtime, &CRuntimeData::InsertSOE)},
-        {"walk", Call(runtime, &CRuntimeData::DetectStatusChanges)},
-        {"tick", Call(runtime, &CRuntimeData::SchedulerTick)},
-        {"run", Call(*this, &CTranscript::Run)},
-        {"charging", Call(*this, &CTranscript::ShowCharging)},
-        {"receive", Call(runtime, &CRuntimeData::MsgRcvFromMain)},
-        {"A1_6", [this] { runtime.Send_DC_A1_6(runtime.m_ycGroups.front().points, Get<int>()); }},
-        {"A1_11", Call(runtime, &CRuntimeData::Send_DC_A1_11)},
-        {"A1_13", Call(runtime, &CRuntimeData::Send_DC_A1_13)},
-        {"A1_14", Call(runtime, &CRuntimeData::Send_DC_A1_14)},
-        {"A1_15", Call(runtime, &CRuntimeData::Send_DC_A1_15)},
+        {"load", m_line.Call([this](Text kind) { LoadPoints(kind); })},
+        {"realtime", [this] {
+             CRTDB database;
+             EXPECT_EQ(0, database.Load("", runtime.m_chargerKind));
+             for (const auto& set : database.LabelSets())
+                 Show(set->Description().c_str(), set->PointNumber(), set->ValueCount());
+         }},
+        {"start", [this] { Start(); }},
+        {"create", m_line.Call(runtime, &CRuntimeData::InitYcHistoryDatabase)},
+        {"checkdb", m_line.Call(runtime, &CRuntimeData::CheckYCDB)},
+        {"insert", m_line.Call(runtime, &CRuntimeData::InsertYC)},
+        {"live", m_line.Call(runtime, &CRuntimeData::Send_A1_16)},
+        {"check", m_line.Call(runtime, &CRuntimeData::Checkcache)},
+        {"resend", m_line.Call(runtime, &CRuntimeData::History_A1_16)},
+        {"soe", m_line.Call(runtime, &CRuntimeData::InitSOE)},
+        {"initpoints", m_line.Call(runtime, &CRuntimeData::InitPointSettingYX)},
+        {"initvalues", m_line.Call(runtime, &CRuntimeData::InitPointSettingYC)},
+        {"initrealtime", m_line.Call(runtime, &CRuntimeData::LoadRealTimeYc)},
+        {"event", m_line.Call(runtime, &CRuntimeData::InsertSOE)},
+        {"walk", m_line.Call(runtime, &CRuntimeData::DetectStatusChanges)},
+        {"tick", m_line.Call(runtime, &CRuntimeData::SchedulerTick)},
+        {"passes", m_line.Call([this](int count) {
+             const std::uint64_t before = Allocations();
+             for (int i = 0; i < count; ++i) RunPass(runtime, m_passes);
+             Show(Allocations() == before ? "nothing allocated" : "allocated");
+         })},
+        {"run", m_line.Call([this](int ticks) { Run(ticks); })},
+        {"charging", m_line.Call([this](int port, int offset, int count) { ShowCharging(port, offset, count); })},
+        {"receive", m_line.Call(runtime, &CRuntimeData::MsgRcvFromMain)},
+        {"received", [this] { Show(runtime.m_lastReceiveResult); }},
+        {"A1_6", m_line.Call([this](int port) { runtime.Send_DC_A1_6(runtime.m_ycGroups.front().points, port); })},
+        {"A1_11", m_line.Call(runtime, &CRuntimeData::Send_DC_A1_11)},
+        {"A1_13", m_line.Call(runtime, &CRuntimeData::Send_DC_A1_13)},
+        {"A1_14", m_line.Call(runtime, &CRuntimeData::Send_DC_A1_14)},
+        {"A1_15", m_line.Call(runtime, &CRuntimeData::Send_DC_A1_15)},
     };
 };
 
 TEST_P(CTranscript, IsWhatHappens) {
-    ExpectReplay(ZOR_TRANSCRIPTS "runtime/" + GetParam() + ".txt",
+    ExpectReplay(ZOR_TRANSCRIPTS + GetParam() + ".txt",
                  [this](std::istream& transcript) { return Replay(transcript); });
 }
 
-INSTANTIATE_TEST_SUITE_P(Runtime, CTranscript,
-                         testing::Values("commands", "configuration", "events", "history", "points", "ports",
-                                         "records", "schedule", "signals", "tools", "walks"),
-                         [](const auto& transcript) { return transcript.param; });
+INSTANTIATE_TEST_SUITE_P(
+    Transcripts, CTranscript,
+    testing::Values("csv", "decode", "init", "log", "main", "names", "play", "scenario", "status", "use",
+                    "values", "watch", "runtime/bodies", "runtime/channel", "runtime/commands",
+                    "runtime/configuration", "runtime/events", "runtime/history", "runtime/locks",
+                    "runtime/plans", "runtime/points", "runtime/ports", "runtime/quiet", "runtime/records",
+                    "runtime/schedule", "runtime/signals", "runtime/tools", "runtime/walks"),
+    [](const auto& transcript) { return std::regex_replace(transcript.param, std::regex("/"), "_"); });
 
 }  // namespace

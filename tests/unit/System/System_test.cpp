@@ -1,15 +1,11 @@
-// Dates, clocks, and what goes by them.
+// Clocks that are set, and what is stamped with their time.
 #include <sys/time.h>
 
 #include "System/CommonTools.h"
 #include "System/DateTime.h"
-#include "System/FailureLog.h"
 #include "tests/support/TestRuntime.h"
 
 namespace {
-
-using DateTime = CEmptyStationTest;
-using FailureLog = CEmptyStationTest;
 
 constexpr std::time_t kAugust = 1693363452;  // 2023-08-30 10:44:12 local time
 
@@ -44,25 +40,6 @@ int system(const char* command) {
 
 namespace {
 
-TEST_F(DateTime, RangeErrorsStopTheProcess) {
-    const struct {
-        std::array<int, 6> parts;
-        const char* line;
-    } kCases[] = {
-        {{1899, 1, 1, 0, 0, 0}, "26"},  {{2023, 0, 1, 0, 0, 0}, "31"},  {{2023, 13, 32, 24, 60, 60}, "31"},
-        {{2023, 1, 0, 0, 0, 0}, "36"},  {{2023, 1, 32, 0, 0, 0}, "36"}, {{2023, 1, 1, 24, 0, 0}, "41"},
-        {{2023, 1, 1, -1, 0, 0}, "41"}, {{2023, 1, 1, 0, 60, 0}, "46"}, {{2023, 1, 1, 0, 0, 60}, "51"},
-    };
-    for (const auto& c : kCases) {
-        const auto& p = c.parts;
-        EXPECT_DEATH(
-            CDateTime(p[0], p[1], p[2], p[3], p[4], p[5]),
-            ": System/DateTime:" + std::string(c.line) +
-                ": void CDateTime::Init\\(int, int, int, int, int, int\\): Assertion `0' failed\\.\n");
-    }
-    EXPECT_DEATH(CDateTime("2023/8"), "DateTime:36");
-}
-
 TEST_F(CommonTools, SetClock) {
     EXPECT_EQ(0, CCommonTools::SetSystemTime("2023-08-30 10:44:12"));
     EXPECT_EQ(kAugust, asked.clock.tv_sec);
@@ -90,25 +67,6 @@ TEST_F(CommonTools, Records) {
               (std::array{now.Year(), now.Month(), now.Day(), now.Hour(), now.Minute(), now.Second()}));
     EXPECT_EQ("2023-01-30", now.DateText());
     EXPECT_EQ("", now.Format(std::string(256, 'x').c_str()));
-}
-
-TEST_F(FailureLog, OncePerCauseAndHour) {
-    const std::time_t t = FakeClock::kStart;
-    const struct {
-        std::time_t at;
-        EFailure cause;
-        const char* printed;
-    } kCases[] = {
-        {t, EFailure::NoMemory, "zor_runtime: 7\n"},           {t + 3599, EFailure::NoMemory, ""},
-        {t + 3599, EFailure::BodyTooLong, "zor_runtime: 7\n"},  // another cause
-        {t + 3600, EFailure::NoMemory, "zor_runtime: 7\n"},    {t, EFailure::NoMemory, "zor_runtime: 7\n"},
-    };
-    CFailureLog log;
-    for (const auto& c : kCases) {
-        FakeClock::Set(c.at);
-        Printed([&] { log.Report(c.cause, "%d", 7); });
-        EXPECT_EQ(c.printed, errors);
-    }
 }
 
 }  // namespace

@@ -1,11 +1,11 @@
-// The man page and the shell completion know what the tool can do.
+// What is on the man page, and what fits on a screen.
 #include <gmock/gmock.h>
 
-#include <cstdio>
 #include <fstream>
 #include <regex>
 
 #include "tests/support/CallZorctl.h"
+#include "tools/zorctl/ViewLayout.h"
 
 namespace {
 
@@ -19,7 +19,7 @@ std::vector<std::string> Matches(const std::string& text, const char* pattern) {
 
 // Every command below `command` has to be on `page` with all its options.
 void Check(const std::string& page, const std::string& command) {
-    const std::string help = Call(command + " --help").out;
+    const std::string help = Capture([&] { RunLine(command + " --help"); }).out;
     for (const std::string& option : Matches(help, "\n +(?:-h,)?(--[-a-z]+)")) {
         if (option == "--help" || option == "--version") continue;
         EXPECT_THAT(page, testing::HasSubstr(option)) << command;
@@ -32,7 +32,7 @@ void Check(const std::string& page, const std::string& command) {
     }
 }
 
-TEST(Guidance, ManPageHasEveryCommandAndOption) {
+TEST(Tools, ManPageHasEveryCommandAndOption) {
     std::ostringstream text;
     text << std::ifstream(ZOR_PACKAGING "man/zorctl.1").rdbuf();
     const std::string page = std::regex_replace(text.str(), std::regex("\\\\(f.|(-))"), "$2");
@@ -40,30 +40,21 @@ TEST(Guidance, ManPageHasEveryCommandAndOption) {
     Check(page, "");
 }
 
-TEST(Guidance, CompletionOffersWhatTheHelpLists) {
-    const struct {
-        const char* words;
-        const char* offered;
-    } kCases[] = {
-        {"main l", "listen"},
-        {"main listen --pe", "--peek"},
-        {"set yc 5 --t", "--text"},
-        {"log soe ./", ""},  // a file
-    };
-    for (const auto& item : kCases) {
-        const std::string script =
-            std::string("zorctl() { " ZOR_TEST_EMULATOR " " ZOR_TEST_ZORCTL " \"$@\"; }; . " ZOR_PACKAGING
-                        "completion/zorctl; COMP_WORDS=(zorctl ") +
-            item.words +
-            "); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); _zorctl; "
-            "echo -n \"${COMPREPLY[*]}\"";
-        std::FILE* shell = popen(("bash -c '" + script + "'").c_str(), "r");
-        ASSERT_NE(nullptr, shell);
-        char offered[200] = {};
-        const std::size_t length = std::fread(offered, 1, sizeof offered - 1, shell);
-        EXPECT_EQ(0, pclose(shell));
-        EXPECT_EQ(item.offered, std::string(offered, length)) << item.words;
-    }
+TEST(Tools, WatchFillsAScreenOfAnySize) {
+    StationPicture picture;
+    picture.ports.resize(8);
+    picture.points.resize(700, {1, "Gun", {"1"}});
+    picture.events.lines.resize(100, {"T\xC3\xBCr"});
+    for (int lines = 0; lines < 30; ++lines)
+        for (int columns = 0; columns < 130; columns += 9) {
+            const std::vector<ScreenLine> screen = LayOut(picture, lines, columns);
+            ASSERT_EQ(static_cast<std::size_t>(lines), screen.size()) << columns;
+            for (const ScreenLine& line : screen) {
+                int width = 0;
+                for (const Span& span : line) width += static_cast<int>(span.text.size());
+                ASSERT_EQ(columns, width) << lines;
+            }
+        }
 }
 
 }  // namespace
