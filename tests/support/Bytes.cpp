@@ -64,10 +64,3 @@ std::string Masked(const std::string& output) {
     static const std::regex numbers("((\033\\[1;32;40m\\w+)\\.[0-9]+|(Line): [0-9]+)(: |, )");
     return std::regex_replace(output, numbers, "$2$3.#$4");
 }
-
-std::string Lines(const std::string& operation, const std::vector<std::string>& texts) {
-    std::string lines;
-    for (const std::string& text : texts)
-        lines += "\033[1;32;40m" + operation + ".#: " + text + "\033[0m\r\n";
-    return lines;
-}

@@ -26,8 +26,3 @@ Captured Capture(const std::function<void()>& run);
 
 // `output` with every source line number replaced by '#', in headers and in the one text that has one.
 std::string Masked(const std::string& output);
-// Whole diagnostic lines as Masked shows them.
-std::string Lines(const std::string& operation, const std::vector<std::string>& texts);
-inline std::string Line(const std::string& operation, const std::string& text) {
-    return Lines(operation, {text});
-}

@@ -59,33 +59,18 @@ int QueryNumber(const std::string& path, const std::string& sql) {
     return rows.empty() ? -1 : std::atoi(rows.front().c_str());
 }
 
-void MakeConfig(const std::vector<std::string>& rows, const std::string& path) {
-    std::string sql = "CREATE TABLE tagSystem (name TEXT, value TEXT);";
-    for (const std::string& row : rows) sql += "INSERT INTO tagSystem VALUES (" + row + ");";
-    RunSql(path, sql, kConfigKey);
-}
-
 void MakeConfig(int ports) {
-    MakeConfig({"'station','bench'", "'chargport_number','" + std::to_string(ports) + "'"},
-               AppFile(kConfigFile));
+    RunSql(AppFile(kConfigFile),
+           "CREATE TABLE tagSystem (name TEXT, value TEXT);"
+           "INSERT INTO tagSystem VALUES ('station','bench'),('chargport_number','" +
+               std::to_string(ports) + "')",
+           kConfigKey);
 }
 
 void MakePoints(const PointRows& rows, const std::string& kind) {
     constexpr int kYxColumns = 7;
     RunSql(AppFile(kPointSettingFile), "BEGIN;" + MakeTable("tagPS_YX_" + kind, kYxColumns, rows.yx) +
                                            MakeTable("tagPS_YC_" + kind, rows.ycColumns, rows.yc) + "COMMIT");
-}
-
-void MakePointSettings(const std::vector<YxRow>& yx, const std::vector<YcRow>& yc) {
-    const auto text = [](auto number) { return std::to_string(number); };
-    PointRows rows;
-    for (const YxRow& row : yx)
-        rows.yx.push_back("1, 'signal', 3, " + text(row.number) + ", 'true', " + text(row.address) + ", " +
-                          text(row.source));
-    for (const YcRow& row : yc)
-        rows.yc.push_back("1, 'value', " + text(row.number) + ", 0, 100, " + text(row.scale) + ", " +
-                          text(row.offset) + ", 0, 0");
-    MakePoints(rows);
 }
 
 std::vector<std::string> YxRows(int count, int first) {

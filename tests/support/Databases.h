@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "System/Sqlite.h"
-#include "points/PointRecords.h"
 
 // Path of `file` in the application directory.
 std::string AppFile(const char* file);
@@ -21,10 +20,7 @@ std::vector<std::string> QueryRows(const std::string& path, const std::string& s
 // The number that a query gives; -1 without one.
 int QueryNumber(const std::string& path, const std::string& sql);
 
-// A configuration database with the given rows, each the two values of an SQL VALUES list:
-// "'chargport_number','2'".
-void MakeConfig(const std::vector<std::string>& rows, const std::string& path);
-// The same in the application directory, naming `ports` ports.
+// A configuration database in the application directory that names `ports` ports.
 void MakeConfig(int ports);
 
 // A point-settings database in the application directory: the tables of `kind` ("DC" or "AC") with the given
@@ -36,21 +32,6 @@ struct PointRows {
 };
 void MakePoints(const PointRows& rows, const std::string& kind = "DC");
 
-struct YxRow {
-    int number;
-    int address = 0;
-    int source = kSourceYx;
-};
-
-struct YcRow {
-    int number;
-    double scale = 1;
-    int offset = 0;
-};
-
-// The same for a DC charger, from numbers.
-void MakePointSettings(const std::vector<YxRow>& yx, const std::vector<YcRow>& yc);
-
 // `yx` rows of `count` points in table 0: "Point n", level 5, numbers from `first` on.
 std::vector<std::string> YxRows(int count, int first = 0);
 
@@ -59,7 +40,6 @@ class CForeignLock {
   public:
     CForeignLock(const std::string& path, const char* statements);
 
-    static constexpr char kReader[] = "BEGIN; SELECT * FROM sqlite_master";
     static constexpr char kWriter[] = "BEGIN EXCLUSIVE";
 
   private:

@@ -1,8 +1,8 @@
 #include "tests/support/FakeClock.h"
 
 #include <sys/time.h>
+#include <unistd.h>
 
-#include <numeric>
 #include <utility>
 
 namespace {
@@ -11,7 +11,7 @@ constexpr std::int64_t kSecond = 1000000;
 
 struct State {
     std::int64_t micros = FakeClock::kStart * kSecond;
-    std::vector<useconds_t> sleeps;
+    std::int64_t slept = 0;
     std::int64_t due = 0;
     std::function<void()> act;
 };
@@ -24,15 +24,11 @@ State& Clock() {
 }  // namespace
 
 void FakeClock::Set(std::time_t seconds) {
-    Clock() = {seconds * kSecond, {}, 0, nullptr};
-}
-
-const std::vector<useconds_t>& FakeClock::Sleeps() {
-    return Clock().sleeps;
+    Clock() = {seconds * kSecond, 0, 0, nullptr};
 }
 
 std::int64_t FakeClock::Slept() {
-    return std::accumulate(Sleeps().begin(), Sleeps().end(), std::int64_t{0});
+    return Clock().slept;
 }
 
 void FakeClock::After(std::int64_t micros, std::function<void()> act) {
@@ -56,7 +52,7 @@ int gettimeofday(timeval* at, void* /*zone*/) noexcept {
 
 int usleep(useconds_t micros) {
     Clock().micros += micros;
-    Clock().sleeps.push_back(micros);
+    Clock().slept += micros;
     if (Clock().act && Clock().micros >= Clock().due) std::exchange(Clock().act, nullptr)();
     return 0;
 }

@@ -2,21 +2,16 @@
 // program and thereby replace libc's, for SQLite too.
 #pragma once
 
-#include <unistd.h>
-
 #include <cstdint>
 #include <ctime>
 #include <functional>
-#include <vector>
 
 struct FakeClock {
     static constexpr std::time_t kStart = 1709603100;  // 2024-03-05 01:45:00 UTC
 
     // Sets the time, whole seconds of UTC, and forgets the sleeps.
     static void Set(std::time_t seconds);
-    // Arguments of the `usleep` calls since Set; each moved the time on and returned at once.
-    static const std::vector<useconds_t>& Sleeps();
-    // Their sum.
+    // The sum of the `usleep` calls since Set; each moved the time on and returned at once.
     static std::int64_t Slept();
     // Calls `act` once, from within the sleep that moves the clock on by `micros` or more from now.
     static void After(std::int64_t micros, std::function<void()> act);

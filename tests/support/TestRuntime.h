@@ -35,8 +35,6 @@ class CTestRuntime : public CRuntimeData {
     using CRuntimeData::m_outboundQueue;
     using CRuntimeData::m_portCount;
     using CRuntimeData::m_ports;
-    using CRuntimeData::m_queueId;
-    using CRuntimeData::m_rtdb;
     using CRuntimeData::m_sendflag;
     using CRuntimeData::m_workReportTicks;
     using CRuntimeData::m_ycGroups;

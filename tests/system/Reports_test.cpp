@@ -28,12 +28,21 @@ constexpr Step kSession[] = {
     {3500, kSignalCharging, 0, 1}, {3700, kSignalGunConnected, 0, 0}, {3700, kSignalGunInHolder, 1, 0},
 };
 
+std::string Telemetry(int point, double scale = 1, int offset = 0) {
+    return "1,'value'," + std::to_string(point) + ",0,100," + std::to_string(scale) + ',' +
+           std::to_string(offset) + ",0,0";
+}
+
 class CReports : public testing::Test, CCleanBothEnds {
   protected:
     // The given telemetry points, and the status points of the session with their numbers + 1 as addresses.
-    void Start(const std::vector<YcRow>& telemetry) {
+    void Start(const std::vector<std::string>& telemetry) {
         MakeConfig(2);
-        MakePointSettings({{20, 21}, {99, 100}, {134, 135}, {135, 136}, {177, 178}}, telemetry);
+        std::vector<std::string> signals;
+        for (const int point : {20, 99, 134, 135, 177})
+            signals.push_back("1,'signal',3," + std::to_string(point) + ",'true'," +
+                              std::to_string(point + 1) + ",0");
+        MakePoints({signals, telemetry});
         live.SetEquipment({0x44, 0x45, 0x46, 0x47, 0x48, 0x49, 0x50, 0x51});
         live.SetSignal(kPointsPerPort + kSignalGunInHolder, 1);
         Act(1);
@@ -66,7 +75,7 @@ TEST_F(Reports, ChargingSessionTickByTick) {
     live.SetYc(102, 980);
     live.SetYc(103, 20);
     live.SetDd(32, 98765);
-    Start({{2, 0.1}, {3}, {101}, {102}, {103}});
+    Start({Telemetry(2, 0.1), Telemetry(3), Telemetry(101), Telemetry(102), Telemetry(103)});
     for (int tick = 1; tick <= kTicks; ++tick) {
         Act(tick);
         if (tick == 1000) live.SetYc(103, 48);
@@ -80,9 +89,9 @@ TEST_F(Reports, ChargingSessionTickByTick) {
 // agree on every message: with the environment variable ZOR_TICK_LIST, a file name, they are written there,
 // for scripts/compare-armhf.
 TEST_F(Reports, TickList) {
-    std::vector<YcRow> telemetry{{kYcIdleVoltage, 0.37}, {kYcIdleCurrent, 0.74}};
+    std::vector<std::string> telemetry{Telemetry(kYcIdleVoltage, 0.37), Telemetry(kYcIdleCurrent, 0.74)};
     for (int point = 101; point <= 227; ++point)
-        telemetry.push_back({point, 0.37 * (point % 9 + 1), point % 4 * 1000});
+        telemetry.push_back(Telemetry(point, 0.37 * (point % 9 + 1), point % 4 * 1000));
     process.SetTime(CStationProcess::kStart + 15 * 60 - kTicks / 20);  // the hour comes half way
     Start(telemetry);
     std::mt19937 random(4);

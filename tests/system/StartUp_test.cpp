@@ -1,5 +1,5 @@
 // The real program: what it says at its start, and what it lives through.
-
+#include <algorithm>
 #include <filesystem>
 #include <regex>
 
@@ -54,6 +54,30 @@ TEST_F(StartUp, FullQueueCostsMessagesOnly) {
     EXPECT_EQ(3U, ReadAll().size());
 }
 
+TEST_F(StartUp, BurstOfEventsInOneTick) {
+    constexpr int kPoints = 612;
+    std::filesystem::remove(AppFile(kConfigFile));
+    std::vector<std::string> rows = YxRows(kPoints);
+    std::reverse(rows.begin(), rows.end());  // list order is not that of the numbers
+    MakePoints({rows, {}});
+    CLiveValues live;
+    process.RunPasses(1);
+    for (int point = 0; point < kPoints; ++point) live.SetSignal(point, 1);
+    process.RunPasses(1);
+    std::vector<std::string> expected = {"1|SOE database init!|0"};
+    for (int point = kPoints - 1; point >= 0; --point)
+        expected.push_back(std::to_string(expected.size() + 1) + "|[Fault]Point " + std::to_string(point) +
+                           " 0 -> 1|1");
+    EXPECT_EQ(expected, QueryRows(AppFile(kEventFile), "SELECT id,event,value FROM tagSOE ORDER BY id"));
+    EXPECT_LE(1U, process.Syncs());
+    EXPECT_GE(5U, process.Syncs());
+    // Those of points 297, 425 and 553.
+    EXPECT_EQ(3, QueryNumber(AppFile(kEventFile), "SELECT count(*) FROM tagErrMsg"));
+    process.RunPasses(1);
+    EXPECT_EQ(0U, process.FileCalls());
+    EXPECT_EQ("", process.Errors());
+}
+
 TEST_F(StartUp, HugeHistoryIsKept) {
     constexpr std::uintmax_t kSize = 5ULL << 30;  // beyond what 32 bits say
     process.RunPasses(1);
@@ -68,9 +92,9 @@ TEST_F(StartUp, ConfigurationThatCannotBeOpened) {
     std::filesystem::remove_all(kAppDirectory);
     EXPECT_EQ(0, process.RunToEnd());
     // Everything up to the configuration.
-    EXPECT_EQ(Line("CRuntimeData", "runtime:IPC Creater Succuess 104!\n") + std::string(60, '*') +
+    EXPECT_EQ("CRuntimeData: runtime:IPC Creater Succuess 104!\\n\n" + std::string(60, '*') +
                   "\n*               Process Name    : zor_runtime              *\n",
-              Masked(process.TakeOutput()));
+              ShownLines(Masked(process.TakeOutput())));
     EXPECT_EQ("Can't open database: unable to open database file\n", process.Errors());
 }
 
