@@ -13,7 +13,7 @@ namespace {
 bool FitsValue(const std::string& wanted, const std::string& value) {
     if (wanted == value) return true;
     const auto range = RangeIn(wanted);
-    const auto number = WholeNumber(value);
+    const auto number = NumberOf(value);
     return range && number && *number >= range->low && *number <= range->high;
 }
 

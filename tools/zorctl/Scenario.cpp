@@ -40,8 +40,8 @@ Beside both:
   expect [no] MESSAGE {FIELD VALUE} within DURATION
   expect [no] soe "TEXT" {point|value|table VALUE} within DURATION
 MESSAGE and FIELD are named as 'zorctl main listen' shows them. All fields of one message have to match, those of an
-entry in one entry of its list. VALUE is a text, or a range such as 20..80. TEXT is part of an event's text. What came
-before the line does not count.
+entry in one entry of its list. VALUE is a text, or a range such as 20..80 or 74.5..75.5. TEXT is part of an event's
+text. What came before the line does not count.
 )";
 
 namespace {

@@ -1,5 +1,8 @@
 #include "tools/zorctl/ScenarioActions.h"
 
+#include <algorithm>
+#include <cmath>
+
 #include "history/ChargingRecord.h"
 #include "points/LiveEntry.h"
 #include "points/PortNumbering.h"
@@ -204,7 +207,8 @@ std::string TakeWanted(CWords& words, const std::string& field) {
     std::string value = words.Text("a value");
     const auto range = RangeIn(value);
     if (range && range->low > range->high) words.FaultInLast("the range is empty");
-    if (field == "port" && (!range || range->low > kMaxPorts || range->high < 0))
+    const double first = range ? std::ceil(std::max(range->low, 0.0)) : 0;
+    if (field == "port" && (!range || first > std::min(range->high, double{kMaxPorts})))
         words.FaultInLast("expected a port from 0 to " + std::to_string(kMaxPorts));
     return value;
 }

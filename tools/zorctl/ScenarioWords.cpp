@@ -17,20 +17,29 @@ struct Unit {
 constexpr Unit kUnits[] = {{"ms", 1e3}, {"s", 1e6}, {"min", 60e6}, {"h", 3600e6}};
 constexpr double kLongest = 366.0 * 24 * 3600e6;  // nobody plays for more than a year
 
+constexpr double kExact = 9007199254740992;  // 2^53: up to here a double holds every whole number
+
+// The number that `text` is and nothing else, read by the rules of std::from_chars.
+template <typename Value, typename... Format>
+std::optional<Value> AllOf(const std::string& text, Format... format) {
+    Value value{};
+    const char* end = text.data() + text.size();
+    const auto result = std::from_chars(text.data(), end, value, format...);
+    if (result.ec != std::errc() || result.ptr != end) return std::nullopt;
+    return value;
+}
+
 }  // namespace
 
-std::optional<std::int64_t> WholeNumber(const std::string& text) {
-    std::int64_t value = 0;
-    const char* end = text.data() + text.size();
-    const auto result = std::from_chars(text.data(), end, value);
-    if (text.empty() || result.ec != std::errc() || result.ptr != end) return std::nullopt;
-    return value;
+std::optional<double> NumberOf(const std::string& text) {
+    const auto number = AllOf<double>(text, std::chars_format::fixed);
+    return number && std::abs(*number) < kExact ? number : std::nullopt;  // "nan" is none either
 }
 
 std::optional<ValueRange> RangeIn(const std::string& text) {
     const std::size_t dots = text.find("..");
-    const auto low = WholeNumber(text.substr(0, dots));
-    const auto high = dots != std::string::npos ? WholeNumber(text.substr(dots + 2)) : low;
+    const auto low = NumberOf(text.substr(0, dots));
+    const auto high = dots != std::string::npos ? NumberOf(text.substr(dots + 2)) : low;
     if (!low || !high) return std::nullopt;
     return ValueRange{*low, *high};
 }
@@ -116,7 +125,7 @@ std::int64_t CWords::Number(const char* what, std::int64_t least, std::int64_t m
         std::string(what) + " from " + std::to_string(least) + " to " + std::to_string(most);
     const std::string* word = Advance(range);
     if (word == nullptr) return 0;
-    const std::optional<std::int64_t> value = WholeNumber(*word);
+    const std::optional<std::int64_t> value = AllOf<std::int64_t>(*word);
     if (value && *value >= least && *value <= most) return *value;
     FaultInLast("expected " + range);
     return 0;

@@ -58,12 +58,13 @@ class CWords {
     std::size_t m_column = 0;
 };
 
-// The number in `text` when it is nothing but a decimal number, perhaps negative.
-std::optional<std::int64_t> WholeNumber(const std::string& text);
+// The number in `text` when it is nothing but decimal digits, perhaps with a point or a sign. None for one of
+// which a double would round whole digits away: two such numbers could pass for the same.
+std::optional<double> NumberOf(const std::string& text);
 
 struct ValueRange {
-    std::int64_t low;
-    std::int64_t high;
+    double low;
+    double high;
 };
 
 // The range in `text`, "LOW..HIGH" or a single number.
