@@ -263,6 +263,8 @@ class CTranscript : public CStationTest, public testing::WithParamInterface<std:
              EXPECT_NE(nullptr, strptime(time.c_str(), "%Y-%m-%d %H:%M:%S", &parts));
              FakeClock::Set(std::mktime(&parts));
          })},
+        {"sleep", m_line.Call([](useconds_t seconds) { usleep(seconds * 1000000); })},
+        {"zone", m_line.Call([](Text zone) { setenv("TZ", zone.c_str(), 1); })},
         {"slept", [] {
              Show(FakeClock::Slept() / 1000, "ms");
              FakeClock::Set(std::time(nullptr));
