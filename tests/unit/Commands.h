@@ -1,7 +1,7 @@
 // The commands of a transcript: functions whose arguments stand behind the command's name.
 #pragma once
 
-#include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <functional>
@@ -38,15 +38,20 @@ class CCommandLine {
         }
     }
 
-    // The command that calls `act`, or an operation of `object`, or sets a field.
+    // The command that calls `act`, or an operation of `object` whose result other than 0 is shown, or sets a
+    // field.
     template <typename Act>
     std::function<void()> Call(Act act) {
         return Bound(std::function(std::move(act)));
     }
     template <typename Object, typename Class, typename Result, typename... Arguments>
     std::function<void()> Call(Object& object, Result (Class::*operation)(Arguments...)) {
-        return Bound(std::function<void(Arguments...)>(
-            [&object, operation](Arguments... arguments) { (object.*operation)(arguments...); }));
+        return Bound(std::function<void(Arguments...)>([&object, operation](Arguments... arguments) {
+            if constexpr (std::is_void_v<Result>)
+                (object.*operation)(arguments...);
+            else if (const Result result = (object.*operation)(arguments...); result != 0)
+                std::printf("returns %d\n", result);
+        }));
     }
     template <typename Value>
     std::function<void()> Set(Value& field) {
