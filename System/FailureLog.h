@@ -12,6 +12,7 @@ enum class EFailure : std::uint8_t {
     ReceiveFailed,  // the queue refuses to be read
     EventSetUp,     // a table of the event database cannot be created
     HistoryIndex,   // an index of the history database cannot be created
+    HistoryLost,    // the history database cannot be read
     Count           // how many causes there are; no cause itself
 };
 

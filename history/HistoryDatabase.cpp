@@ -1,5 +1,7 @@
 #include "history/HistoryDatabase.h"
 
+#include <unistd.h>
+
 #include <cstdio>
 #include <cstring>
 
@@ -22,6 +24,18 @@ bool HasColumn(const CSqliteTable& table, const char* name) {
         if (candidate != nullptr && std::strcmp(candidate, name) == 0) return true;
     }
     return false;
+}
+
+constexpr char kSelectAny[] = "select * from tagYC limit 1";
+
+// Whether a file that could not be read still cannot be, from its opening on, after a while. A disturbance is
+// over then; a file that is lost would take no further record, for years.
+bool StaysUnreadable(const char* path) {
+    constexpr useconds_t kWhile = 1000000;
+    usleep(kWhile);
+    CSqliteDb database;
+    return database.Open(path, kBusyAtStartUpMs) == SQLITE_OK &&
+           CSqliteTable(database, kSelectAny).ReadFailed();
 }
 
 void AddTo(std::int32_t& counter, const char* text) {
@@ -77,12 +91,12 @@ int CRuntimeData::CheckYCDB() {
     if (database.Open(path.c_str(), kBusyAtStartUpMs) != SQLITE_OK) return 0;
     CDiagLine(__func__).Print("You have opened zorycdata.db successfully!");
     {
-        constexpr char kSelectAny[] = "select * from tagYC limit 1";
         const CSqliteTable table(database, kSelectAny);
         if (!table.Ok()) CDiagLine(__func__).Print("sqlite3_get_table Fail:\n");
-        // One read may fail for a moment. A file that cannot be read again is lost, and would take no record.
-        const bool isLost = table.ReadFailed() && CSqliteTable(database, kSelectAny).ReadFailed();
-        if (table.NotNow() && !isLost) return 0;
+        if (table.ReadFailed() && StaysUnreadable(path.c_str()))
+            m_failures.Report(EFailure::HistoryLost, "%s cannot be read: %s", kHistoryFile, table.Error());
+        else if (table.NotNow())
+            return 0;
         if (table.Rows() > 0 && HasColumn(table, "chargeCnt")) {
             CDiagLine(__func__).Print("tagYC is new, so keep it!");
             CreateHistoryIndexes(database);
