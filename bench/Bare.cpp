@@ -38,18 +38,21 @@ void CBareStatement::Run(std::int64_t number) {
     sqlite3_reset(m_statement);
 }
 
-void InBareTransaction(const char* file, const std::function<void(CSqliteDb&)>& run) {
+void InBareTransaction(const char* file, const std::function<void(CSqliteDb&)>& run, const char* after) {
     CSqliteDb database;
     Require(database.Open(CAppPath(file).c_str(), kBusyInLoopMs) == SQLITE_OK, database);
     Exec(database, "BEGIN");
     run(database);
     Exec(database, "COMMIT");
+    Exec(database, after);
+}
+
+void StoreBareEvents(CSqliteDb& database, int count) {
+    CBareStatement insert(
+        database, "INSERT INTO tagSOE VALUES(NULL,'[Fault]signal 0 -> 1',1,?1,0,'2024-03-05 09:45:00')");
+    for (int i = 0; i < count; ++i) insert.Run(i);
 }
 
 void StoreBareEvents(int count) {
-    InBareTransaction(kEventFile, [count](CSqliteDb& database) {
-        CBareStatement insert(
-            database, "INSERT INTO tagSOE VALUES(NULL,'[Fault]signal 0 -> 1',1,?1,0,'2024-03-05 09:45:00')");
-        for (int i = 0; i < count; ++i) insert.Run(i);
-    });
+    InBareTransaction(kEventFile, [count](CSqliteDb& database) { StoreBareEvents(database, count); });
 }

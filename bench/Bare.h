@@ -30,10 +30,11 @@ class CBareStatement {
     sqlite3_stmt* m_statement = nullptr;
 };
 
-// Opens `file` of the application directory, calls `run` within one transaction, and closes.
-void InBareTransaction(const char* file, const std::function<void(CSqliteDb&)>& run);
+// Opens `file` of the application directory, calls `run` within one transaction, runs `after`, and closes.
+void InBareTransaction(const char* file, const std::function<void(CSqliteDb&)>& run, const char* after = "");
 
-// The same with `count` events as what is stored.
+void StoreBareEvents(CSqliteDb& database, int count);
+// The same in a transaction of its own.
 void StoreBareEvents(int count);
 
 // As many bytes as something has.

@@ -37,8 +37,8 @@ double Median(Rounds rounds) {
 }
 
 Ratio Compare(const char* to, const char* what, const Rounds& own, const Rounds& other, bool least,
-              double limit) {
-    if (what == nullptr) return {to, nullptr, 0, 0, least, 0, false};
+              double limit, bool all) {
+    if (what == nullptr) return {to, nullptr, 0, 0, least, 0, nullptr};
     Rounds ratios;
     for (std::size_t i = 0; i < std::min(own.size(), other.size()); ++i) {
         const double longer = least ? other[i] : own[i];
@@ -46,7 +46,12 @@ Ratio Compare(const char* to, const char* what, const Rounds& own, const Rounds&
         ratios.push_back(shorter > 0 ? longer / shorter : 0);
     }
     const double value = Median(ratios);
-    return {to, what, Median(other), value, least, limit, value == 0};
+    const char* fault = nullptr;
+    if (value == 0)
+        fault = all ? "MISSING" : nullptr;
+    else if (limit > 0 && (least ? value < limit : value > limit))
+        fault = "BEYOND";
+    return {to, what, Median(other), value, least, limit, fault};
 }
 
 // As in "1.23 ms".
@@ -78,7 +83,7 @@ void AddRatio(cJSON* list, const Result& result, const Ratio& ratio) {
     cJSON_AddNumberToObject(entry, "other_seconds", ratio.seconds);
     cJSON_AddNumberToObject(entry, "ratio", ratio.value);
     if (ratio.limit > 0) cJSON_AddNumberToObject(entry, ratio.least ? "least" : "most", ratio.limit);
-    cJSON_AddBoolToObject(entry, "within", static_cast<int>(ratio.Within()));
+    cJSON_AddBoolToObject(entry, "within", static_cast<int>(ratio.fault == nullptr));
     cJSON_AddItemToArray(list, entry);
 }
 
@@ -127,13 +132,12 @@ std::vector<Result> Judge(const Operations& operations, const CFigures& figures,
             const double growthLimit = suffix == suffixes.back() ? operation.growthLimit : 0;
             const Reference& floor = operation.floor;
             const Reference& plain = operation.plain;
-            Result result{operation.name + suffix,
-                          Median(own),
-                          {Compare("floor", floor.what, own, rounds(kFloor, suffix), false, floor.limit),
-                           Compare("plain way", plain.what, own, rounds(kPlain, suffix), true, plain.limit),
-                           Compare("one day", day, own, rounds("", suffixes.front()), false, growthLimit)}};
-            for (Ratio& ratio : result.ratios) ratio.missing = ratio.missing && all;
-            results.push_back(result);
+            results.push_back(
+                {operation.name + suffix,
+                 Median(own),
+                 {Compare("floor", floor.what, own, rounds(kFloor, suffix), false, floor.limit, all),
+                  Compare("plain way", plain.what, own, rounds(kPlain, suffix), true, plain.limit, all),
+                  Compare("one day", day, own, rounds("", suffixes.front()), false, growthLimit, all)}});
         }
     }
     return results;
@@ -152,9 +156,11 @@ void Print(const std::vector<Result>& results) {
         PrintRatio(plain);
         PrintRatio(day);
         for (const Ratio& ratio : result.ratios)
-            if (!ratio.Within()) std::printf(" %s: %s", ratio.missing ? "MISSING" : "BEYOND", ratio.to);
+            if (ratio.fault != nullptr) std::printf(" %s: %s", ratio.fault, ratio.to);
         std::puts("");
     }
+    std::puts(
+        "Times and ratios are medians of their own: a ratio is not the quotient of the times beside it.");
 }
 
 bool AddToJson(const char* path, const std::vector<Result>& results) {
@@ -168,7 +174,7 @@ bool AddToJson(const char* path, const std::vector<Result>& results) {
     }
     for (const Result& result : results)
         for (const Ratio& ratio : result.ratios)
-            if (ratio.what != nullptr) AddRatio(list, result, ratio);
+            if (ratio.value > 0) AddRatio(list, result, ratio);
     char* printed = cJSON_Print(document);
     cJSON_Delete(document);
     std::ofstream out(path);

@@ -16,6 +16,7 @@ class CFigures : public benchmark::BenchmarkReporter {
     bool ReportContext(const Context& context) override;
     void ReportRuns(const std::vector<Run>& runs) override;
 
+    bool Empty() const { return m_rounds.empty(); }
     // Empty for a benchmark that did not run.
     Rounds Of(const std::string& benchmark) const;
 
@@ -27,13 +28,11 @@ class CFigures : public benchmark::BenchmarkReporter {
 struct Ratio {
     const char* to;
     const char* what;
-    double seconds;  // what that takes; 0 for no figure
-    double value;    // how many times its time ours is, or ours its
-    bool least;      // the limit is to be reached, not to be kept to
-    double limit;    // 0 for none
-    bool missing;    // a figure that should be there is not
-
-    bool Within() const { return !missing && (limit == 0 || (least ? value >= limit : value <= limit)); }
+    double seconds;     // what that takes; 0 for no figure
+    double value;       // how many times its time ours is, or ours its; 0 where one of them was not measured
+    bool least;         // the limit is to be reached, not to be kept to
+    double limit;       // 0 for none
+    const char* fault;  // null for none
 };
 
 struct Result {
@@ -46,7 +45,7 @@ struct Result {
 // operation and what stands beside it follow each other. A ratio is the median of those of the rounds, so
 // that a disk or a processor that is busy for a while moves both sides of it, or spoils a round.
 void Register(const Operations& operations);
-// What came of them. When `all` were to run, a figure without a value is missing.
+// What came of them. A ratio without a value is a fault only when `all` were to run.
 std::vector<Result> Judge(const Operations& operations, const CFigures& figures, bool all);
 void Print(const std::vector<Result>& results);
 // Adds the ratios to the JSON file that Google Benchmark wrote. False when that cannot be done.

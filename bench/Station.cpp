@@ -28,17 +28,17 @@ void MakeSettings() {
     constexpr int kStationYc = 20;
     constexpr int kYxRows = kStationYx + (kBenchPoints - kStationYx) / kBenchPorts;
     constexpr int kYcRows = kStationYc + (kBenchPoints - kStationYc) / kBenchPorts;
-    std::vector<YxRow> yx;
-    yx.reserve(kYxRows);
+    PointRows rows;
     for (int i = 0; i < kYxRows; ++i) {
         const int number = i < kStationYx ? i : i - kStationYx + kFirstYxOfPort;
-        yx.push_back({number, number + 1});
+        rows.yx.push_back("1,'signal',3," + std::to_string(number) + ",'true'," + std::to_string(number + 1) +
+                          ",0");
     }
-    std::vector<YcRow> yc;
-    yc.reserve(kYcRows);
-    for (int i = 0; i < kYcRows; ++i)
-        yc.push_back({i < kStationYc ? i : i - kStationYc + kFirstYcOfPort, 0.1});
-    MakePointSettings(yx, yc);
+    for (int i = 0; i < kYcRows; ++i) {
+        const int number = i < kStationYc ? i : i - kStationYc + kFirstYcOfPort;
+        rows.yc.push_back("1,'value'," + std::to_string(number) + ",0,100,0.1,0,0,0");
+    }
+    MakePoints(rows);
 }
 
 }  // namespace

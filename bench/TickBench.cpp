@@ -1,7 +1,10 @@
 // Ticks: nothing due, every report due, everything due.
+#include <cstring>
+
 #include "System/AppFiles.h"
 #include "bench/HistoryStation.h"
 #include "bench/Operation.h"
+#include "points/LiveEntry.h"
 
 namespace {
 
@@ -15,73 +18,68 @@ void CopyForAllBuilders(BenchStation& station) {
 }
 
 void ReadLiveEntries(BenchStation& station) {
-    unsigned sum = 0;
-    for (const YxPointRecord& point : station.runtime.m_yxPoints) {
-        std::uint8_t value = 0;
-        station.live.ReadSignal(point.source, point.pointNumber, value);
+    std::uint32_t sum = 0;
+    const auto add = [&sum](const void* entry, std::size_t offset, std::size_t size) {
+        std::uint32_t value = 0;
+        std::memcpy(&value, static_cast<const std::uint8_t*>(entry) + offset, size);
         sum += value;
-    }
-    for (const YcPointRecord& point : station.Telemetry()) {
-        const LiveYc live = station.live.Yc(point.pointNumber);
-        sum += live.raw + live.area[0];
-    }
+    };
+    for (const YxPointRecord& point : station.runtime.m_yxPoints)
+        add(station.live.getYx(point.pointNumber), kYxState, sizeof(std::uint8_t));
+    for (const YcPointRecord& point : station.Telemetry())
+        add(station.live.getYc(point.pointNumber), kYcRaw, sizeof(std::uint32_t));
     benchmark::DoNotOptimize(sum);
 }
 
-void ReadPass(benchmark::State& state) {
-    BenchStation station;
-    for (auto run : state) ReadLiveEntries(station);
+void Tick(BenchStation& station) {
+    station.runtime.SchedulerTick();
 }
 
-void Quiet(benchmark::State& state) {
-    BenchStation station;
-    for (auto run : state) station.runtime.SchedulerTick();
+void TickWithCopies(BenchStation& station) {
+    Tick(station);
+    CopyForAllBuilders(station);
 }
 
-void QuietWithCopies(benchmark::State& state) {
+template <void (*kRun)(BenchStation&)>
+void Repeat(benchmark::State& state) {
     BenchStation station;
-    for (auto run : state) {
-        station.runtime.SchedulerTick();
-        CopyForAllBuilders(station);
-    }
+    for (auto run : state) kRun(station);
 }
 
 // Charging or idle status, snapshot, changes and state of every port. Of gun signals, which are known by
 // their numbers alone, the places of the copies leave ports 1, 2, 4 and 7.
 constexpr int kReports = 4 * kBenchPorts + 4;
 
-// One tick, which has to post so many messages; returns how many bytes these have.
-std::size_t Report(BenchStation& station, int messages) {
-    station.runtime.SchedulerTick();
-    const CBenchRuntime::Dropped dropped = station.runtime.DropOutbound();
-    Require(dropped.messages == messages, "other messages than expected");
-    return dropped.bytes;
-}
-
-std::size_t ReportAll(BenchStation& station) {
-    station.MakeReportsDue();
-    return Report(station, kReports);
-}
-
-void AllReports(benchmark::State& state) {
-    BenchStation station;
-    for (auto run : state) ReportAll(station);
-}
-
-void ReadPassAndCopy(benchmark::State& state) {
-    BenchStation station;
-    CSameBytes bytes(ReportAll(station));
+// Ticks, each of which has to post `kMessages`. What makes them due and takes them away is not measured.
+template <typename Station, void (*kMakeDue)(Station&), int kMessages, void (*kRun)(BenchStation&)>
+void Report(benchmark::State& state) {
+    Station station;
     for (auto run : state) {
-        ReadLiveEntries(station);
-        bytes.Copy();
+        state.PauseTiming();
+        kMakeDue(station);
+        state.ResumeTiming();
+        kRun(station);
+        state.PauseTiming();
+        Require(station.runtime.DropOutbound().messages == kMessages, "other messages than expected");
+        state.ResumeTiming();
     }
 }
 
-void AllReportsWithCopies(benchmark::State& state) {
+void MakeReportsDue(BenchStation& station) {
+    station.MakeReportsDue();
+}
+
+template <void (*kRun)(BenchStation&)>
+constexpr auto kAllReports = Report<BenchStation, MakeReportsDue, kReports, kRun>;
+
+void ReadPassAndCopy(benchmark::State& state) {
     BenchStation station;
+    station.MakeReportsDue();
+    Tick(station);
+    CSameBytes bytes(station.runtime.DropOutbound().bytes);
     for (auto run : state) {
-        ReportAll(station);
-        CopyForAllBuilders(station);
+        ReadLiveEntries(station);
+        bytes.Copy();
     }
 }
 
@@ -103,16 +101,23 @@ struct BusyStation : HistoryStation {
     std::time_t m_later = 0;
 };
 
-void Everything(benchmark::State& state) {
-    BusyStation station;
-    for (auto run : state) {
-        state.PauseTiming();
-        station.MakeAllDue();
-        station.FlipSignals();
-        state.ResumeTiming();
-        Report(station, kReports + 2 * kBenchPorts);  // and the live record and a stored one
-    }
+void MakeAllDue(BusyStation& station) {
+    station.MakeAllDue();
 }
+
+void MakeAllDueWithEvents(BusyStation& station) {
+    station.MakeAllDue();
+    station.FlipSignals();
+}
+
+void TickPlainly(BenchStation& station) {
+    station.StoreEventsSingly();
+    TickWithCopies(station);
+}
+
+// And the live record of each port and a stored one.
+template <void (*kMakeDue)(BusyStation&), void (*kRun)(BenchStation&)>
+constexpr auto kEverything = Report<BusyStation, kMakeDue, kReports + 2 * kBenchPorts, kRun>;
 
 void BareRows(benchmark::State& state) {
     BusyStation station;
@@ -125,31 +130,22 @@ void BareRows(benchmark::State& state) {
     }
 }
 
-void EverythingPlainly(benchmark::State& state) {
-    BusyStation station;
-    for (auto run : state) {
-        state.PauseTiming();
-        station.MakeAllDue();
-        state.ResumeTiming();
-        station.StoreEventsSingly();
-        Report(station, kReports + 2 * kBenchPorts);  // and the live record and a stored one
-        CopyForAllBuilders(station);
-    }
-}
-
 }  // namespace
 
 Operations TickOperations() {
     return {
-        {"tick/quiet", Quiet, {"read pass", ReadPass, 3}, {"list copies", QuietWithCopies, 50}},
+        {"tick/quiet",
+         Repeat<Tick>,
+         {"read pass", Repeat<ReadLiveEntries>, 3},
+         {"list copies", Repeat<TickWithCopies>, 50}},
         {"tick/all_reports",
-         AllReports,
+         kAllReports<Tick>,
          {"read pass, memcpy", ReadPassAndCopy},
-         {"list copies", AllReportsWithCopies}},
+         {"list copies", kAllReports<TickWithCopies>}},
         // All reports, 612 events, the records of an hour, a resend pass.
         {"tick/everything_due",
-         Everything,
+         kEverything<MakeAllDueWithEvents, Tick>,
          {"two transactions", BareRows},
-         {"copies, one per event", EverythingPlainly, 0, true}},
+         {"copies, one per event", kEverything<MakeAllDue, TickPlainly>, 0, true}},
     };
 }
