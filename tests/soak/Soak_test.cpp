@@ -111,8 +111,8 @@ class CSoak : public CEmptyStationTest {
     Levels Measure() {
         const auto heap = mallinfo2();
         auto own = static_cast<long>(heap.arena / 1024);
-        std::ifstream status("/proc/self/status");
-        for (std::string line; !ZOR_TEST_SHARES_PROCESS && std::getline(status, line);)
+        std::ifstream status("/proc/self/status");  // where company would count too
+        for (std::string line; sizeof ZOR_TEST_COMPANY == 1 && std::getline(status, line);)
             std::sscanf(line.c_str(), "RssAnon: %ld", &own);
         const std::filesystem::directory_iterator files("/proc/self/fd");
         std::vector<std::pair<std::uint32_t, void*>> toDrain(1);
