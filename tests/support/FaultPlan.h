@@ -39,7 +39,7 @@ enum class EChange : std::uint32_t { Open, Create, Put, Cut, Sync, Remove };
 struct FileChange {
     EChange kind;
     std::int32_t file;     // descriptor, as in the last Open or Create
-    std::uint64_t offset;  // Put: where; Cut: the new size
-    std::uint64_t size;    // of what follows
+    std::uint32_t offset;  // Put: where; Cut: the new size
+    std::uint32_t size;    // of what follows
 };
-static_assert(sizeof(FileChange) == 24);
+static_assert(sizeof(FileChange) == 16);

@@ -35,10 +35,10 @@ Result Call(EFault fault, const char* name, Args... args) {
     return Fails(fault) ? Result{-1} : Real<Result(Args...)>(name)(args...);
 }
 
-void Record(EChange kind, int file, std::uint64_t offset, const void* data = nullptr, std::size_t size = 0) {
+void Record(EChange kind, int file, off64_t offset, const void* data = nullptr, std::size_t size = 0) {
     if (record < 0) return;
     const auto append = Real<ssize_t(int, const void*, std::size_t)>("write");
-    const FileChange change{kind, file, offset, size};
+    const FileChange change{kind, file, static_cast<std::uint32_t>(offset), static_cast<std::uint32_t>(size)};
     if (append(record, &change, sizeof change) != sizeof change) _exit(98);
     if (size > 0 && append(record, data, size) != static_cast<ssize_t>(size)) _exit(98);
 }
@@ -74,7 +74,7 @@ ssize_t write(int file, const void* data, std::size_t size) {
 }
 ssize_t pwrite64(int file, const void* data, std::size_t size, off64_t offset) {
     const ssize_t written = Call<ssize_t>(EFault::Write, "pwrite64", file, data, size, offset);
-    if (written > 0) Record(EChange::Put, file, static_cast<std::uint64_t>(offset), data, size);
+    if (written > 0) Record(EChange::Put, file, offset, data, size);
     return written;
 }
 int ftruncate64(int file, off64_t size) noexcept {

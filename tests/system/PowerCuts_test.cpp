@@ -25,7 +25,7 @@ struct Change {
     EChange kind;
     std::string path;
     std::size_t inode;
-    std::uint64_t offset;
+    std::size_t offset;
     std::string data;
     std::size_t syncedAt = SIZE_MAX;  // place in the record of the sync that makes it safe
 
@@ -82,15 +82,14 @@ class CPowerCuts : public testing::Test, CCleanBothEnds {
             if (!safe && (way == kLosesAll || m_random() % 2 == 0)) continue;
             const bool torn = !safe && m_random() % 2 == 0;
             std::string& content = contents[change.inode];
-            const auto offset = static_cast<std::size_t>(change.offset);
             if (change.kind == EChange::Create) names[change.path] = change.inode;
             if (change.kind == EChange::Remove) names.erase(change.path);
-            if (change.kind == EChange::Cut) content.resize(offset);
+            if (change.kind == EChange::Cut) content.resize(change.offset);
             if (change.kind != EChange::Put) continue;
-            content.resize(std::max<std::size_t>(content.size(), offset + change.data.size()));
+            content.resize(std::max<std::size_t>(content.size(), change.offset + change.data.size()));
             for (std::size_t at = 0; at < change.data.size(); at += kSector)
                 if (const std::string part = change.data.substr(at, kSector); !torn || m_random() % 2 == 0)
-                    content.replace(offset + at, part.size(), part);
+                    content.replace(change.offset + at, part.size(), part);
         }
         std::filesystem::remove_all(kAppDirectory);
         std::filesystem::create_directories(kAppDirectory);
