@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 #include <random>
+#include <set>
 
 #include "System/AppFiles.h"
 #include "tests/support/FaultPlan.h"
@@ -15,8 +16,9 @@
 namespace {
 
 constexpr int kPorts = 8;
-constexpr int kPoints = 60;
-constexpr int kCuts = 1000;
+constexpr int kPoints = 200;
+constexpr int kTries = 40;               // at each change
+constexpr std::size_t kCuts = 1000;      // that differ, at least, in each test
 constexpr std::size_t kSector = 512;     // what a device writes wholly or not at all
 constexpr std::size_t kDirectory = 0;    // its inode
 enum EWay { kLosesAll, kLosesNothing };  // that was not synced; in all other ways chance decides
@@ -58,22 +60,25 @@ std::vector<Change> ReadRecord(const std::string& record) {
 
 class CPowerCuts : public testing::Test, CCleanBothEnds {
   protected:
-    // Records what the program does to its files in `passes`, and before it in its start, which stays whole.
-    void Record(const std::function<void()>& act, std::uint32_t passes) {
+    // Records what the program does to its files while `act` and `passes` follow each other so many times,
+    // and before it in its start, which stays whole.
+    void Record(int times, const std::function<void(int)>& act, std::uint32_t passes) {
         const std::string record = std::string(kScratchDirectory) + "record";
         setenv(kChangeRecord, record.c_str(), 1);
         CStationProcess process;
         process.RunPasses(1);
         m_start = ReadRecord(record).size();
-        act();
-        process.RunPasses(passes);
+        for (int i = 0; i < times; ++i) {
+            act(i);
+            process.RunPasses(passes);
+        }
         unsetenv(kChangeRecord);
         m_changes = ReadRecord(record);
         std::filesystem::remove(record);
     }
 
-    // Puts the files on the disk as they are after a cut behind change `last`.
-    void Cut(std::size_t last, int way) {
+    // The files by path as they are after a cut behind change `last`.
+    std::map<std::string, std::string> Cut(std::size_t last, int way) {
         std::map<std::string, std::size_t> names;
         std::map<std::size_t, std::string> contents;
         for (std::size_t i = 0; i <= last; ++i) {
@@ -91,40 +96,49 @@ class CPowerCuts : public testing::Test, CCleanBothEnds {
                 if (const std::string part = change.data.substr(at, kSector); !torn || m_random() % 2 == 0)
                     content.replace(change.offset + at, part.size(), part);
         }
+        std::map<std::string, std::string> files;
+        for (const auto& [path, inode] : names) files[path] = contents[inode];
+        return files;
+    }
+    static void PutOnDisk(const std::map<std::string, std::string>& files) {
         std::filesystem::remove_all(kAppDirectory);
         std::filesystem::create_directories(kAppDirectory);
-        for (const auto& [path, inode] : names) WriteText(path, contents[inode]);
+        for (const auto& [path, content] : files) WriteText(path, content);
     }
 
-    // Cuts at every change of the record, in as many ways as it takes. The rows of `table` must be those of
-    // some commit, none that was safe may be missing, and all `commits` must be safe in the end.
+    // Cuts at every change of the record, in every way that chance finds. The rows of `table` must be those
+    // of some commit, none that was safe may be missing, and all `commits` must be safe in the end.
     void CheckEveryCut(const char* name, const std::string& table, std::size_t commits) {
         const std::string file = AppFile(name);
         const auto rows = [&] { return QueryRows(file, "SELECT * FROM " + table); };
-        Cut(m_start - 1, kLosesNothing);
+        PutOnDisk(Cut(m_start - 1, kLosesNothing));
         std::vector<std::pair<std::size_t, std::vector<std::string>>> commit = {{0, rows()}};  // where safe
-        const auto changes = static_cast<int>(m_changes.size() - m_start);
-        int cuts = 0;
+        // What was safe, and what is on the disk: a cut that differs in neither tells nothing new.
+        std::set<std::pair<std::ptrdiff_t, std::size_t>> cuts;
         for (std::size_t last = m_start; last < m_changes.size(); ++last) {
             if (m_changes[last].kind == EChange::Remove && m_changes[last].path == file + "-journal") {
-                Cut(last, kLosesNothing);
+                PutOnDisk(Cut(last, kLosesNothing));
                 commit.emplace_back(m_changes[last].syncedAt, rows());
             }
             const auto unsafe = std::find_if(commit.begin(), commit.end(),
                                              [last](const auto& one) { return one.first > last; });
-            for (int way = 0; way < 2 + kCuts / changes; ++way) {
+            for (int way = 0; way < kTries; ++way) {
+                const auto files = Cut(last, way);
+                std::string disk;
+                for (const auto& [path, content] : files) disk += path + content;
+                if (!cuts.insert({unsafe - commit.begin(), std::hash<std::string>()(disk)}).second) continue;
                 SCOPED_TRACE("cut " + std::to_string(last) + ", way " + std::to_string(way));
-                Cut(last, way);
-                if (++cuts % 25 == 0) CStationProcess().RunPasses(1);  // a start keeps what there is
+                PutOnDisk(files);
+                if (cuts.size() % 50 == 0) CStationProcess().RunPasses(1);  // a start keeps what there is
                 EXPECT_THAT(QueryRows(file, "PRAGMA integrity_check"), testing::ElementsAre("ok"));
                 EXPECT_TRUE(std::any_of(unsafe - 1, commit.end(),
                                         [found = rows()](const auto& one) { return one.second == found; }));
             }
         }
-        EXPECT_LE(kCuts, cuts);
+        EXPECT_LE(kCuts, cuts.size());
         EXPECT_EQ(commits + 1, commit.size());
         EXPECT_GT(m_changes.size(), commit.back().first);
-        std::printf("%d cuts at %d changes of %s\n", cuts, changes, name);
+        std::printf("%zu cuts at %zu changes of %s\n", cuts.size(), m_changes.size() - m_start, name);
     }
 
     CLiveValues live;
@@ -136,19 +150,22 @@ class CPowerCuts : public testing::Test, CCleanBothEnds {
 };
 using PowerCuts = CPowerCuts;
 
-TEST_F(PowerCuts, BurstOfEvents) {
+TEST_F(PowerCuts, BurstsOfEvents) {
+    constexpr int kBursts = 6;
     MakePoints({YxRows(kPoints), {}});
     Record(
-        [this] {
-            for (int point = 0; point < kPoints; ++point) live.SetSignal(point, 1);
+        kBursts,
+        [this](int burst) {
+            for (int point = 0; point < kPoints; ++point) live.SetSignal(point, burst % 2 == 0);
         },
         1);
-    CheckEveryCut(kEventFile, "tagSOE", 1);
+    CheckEveryCut(kEventFile, "tagSOE", kBursts);
 }
 
 TEST_F(PowerCuts, HourlyStep) {
     MakeConfig(kPorts);
-    Record([] {}, 15 * 60 * 10);
+    Record(
+        1, [](int) {}, 15 * 60 * 10);
     CheckEveryCut(kHistoryFile, "tagYC", kPorts);
 }
 
