@@ -106,7 +106,8 @@ std::string COnTerminal::Screen() const {
     for (std::sregex_iterator part(output.begin(), output.end(), kParts), end; part != end; ++part) {
         const std::string control = part->str(3);
         if (part->length(1) > 0) {
-            at = std::min((std::stoul(part->str(1)) - 1) * columns + std::stoul(part->str(2)) - 1, size);
+            at = std::min<std::size_t>(
+                (std::stoul(part->str(1)) - 1) * columns + std::stoul(part->str(2)) - 1, size);
         } else if (control == "J" || control == "K") {
             const std::size_t last = control == "J" ? size : (at / columns + 1) * columns;
             for (std::string* of : {&text, &pens}) of->replace(at, last - at, last - at, ' ');
