@@ -252,6 +252,10 @@ class CTranscript : public CStationTest, public testing::WithParamInterface<std:
          })},
         // The transcript itself.
         {"repeat", m_line.Call([this](int first, int last, Text command) { Repeat(first, last, command); })},
+        // Until it fails no more: another process uses the file too, and the clock does not wait for it.
+        {"insist", m_line.Call([this](Text command) {
+             while (!Capture([&] { Do(command); }).err.empty()) continue;
+         })},
         {"last", m_line.Call([this](Text command) { DoLast(command); })},
         {"statements", m_line.Call([this](Text command) {
              for (const std::string& sql : StatementsOf(command)) Show(sql);
