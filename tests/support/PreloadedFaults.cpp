@@ -78,7 +78,7 @@ ssize_t pwrite64(int file, const void* data, std::size_t size, off64_t offset) {
     return written;
 }
 int ftruncate64(int file, off64_t size) noexcept {
-    Record(EChange::Cut, file, static_cast<std::uint64_t>(size));
+    Record(EChange::Cut, file, size);
     return Real<int(int, off64_t)>("ftruncate64")(file, size);
 }
 int fsync(int file) {
