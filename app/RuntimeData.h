@@ -11,6 +11,8 @@
 // stands beside it. Nothing is implemented here.
 #pragma once
 
+#include <sys/types.h>
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -18,8 +20,9 @@
 #include <list>
 #include <string>
 
+#include "System/BusyWait.h"
 #include "System/FailureLog.h"
-#include "events/EventDatabase.h"
+#include "events/EventWalk.h"
 #include "history/ChargingRecord.h"
 #include "ipc/Frame.h"
 #include "ipc/MsgQueue.h"
@@ -45,6 +48,19 @@ struct PortState {
     std::uint32_t chargingReports = 0;  // reports: charging statuses since the charging began
     std::uint32_t idleTicks = 0;        // reports: ticks since the last idle status
     PortSignals signals;                // reports
+};
+
+// What tells one state of the system's time-zone file from another.
+struct ZoneFile {
+    dev_t device = 0;
+    ino_t file = 0;
+    std::time_t seconds = 0;
+    long nanoseconds = 0;
+
+    bool operator==(const ZoneFile& other) const {
+        return device == other.device && file == other.file && seconds == other.seconds &&
+               nanoseconds == other.nanoseconds;
+    }
 };
 
 class CRuntimeData {
@@ -106,9 +122,9 @@ class CRuntimeData {
     // Opens the event database and creates what is missing in it. Returns 0; ends the process when it cannot
     // be opened.
     int InitSOE();
-    // Stores one event: state `value` of point `pointNumber` of the YX table (`table` 0) or the second one
-    // (1). Counts switching and records the charging measurements where the point calls for it. Failures are
-    // printed and lose this event only. Returns 0.
+    // Stores one event by itself: state `value` of point `pointNumber` of the YX table (`table` 0) or the
+    // second one (1). Counts switching and records the charging measurements where the point calls for it.
+    // Failures are printed and lose this event only. Returns 0.
     int InsertSOE(int value, int pointNumber, int table, const std::string& event);
 
     // ---- 5. reports/ ----
@@ -116,6 +132,8 @@ class CRuntimeData {
 
     // One pass over everything that happens per tick, in fixed order.
     void SchedulerTick();
+    // True when this tick has waited for a locked file already: what can be put off is.
+    bool HasWaited() const;
     // Fixes which points the signal reports of each port carry. To be called when the YX point list is
     // complete.
     void SelectReportedPoints();
@@ -175,6 +193,10 @@ class CRuntimeData {
 
   protected:
     // -- ipc/
+    // What to do about a `msgrcv` that failed with `error`.
+    void HandleReceiveFailure(int error);
+    void DropOversized();
+    void GetQueueAgain();
     void HandleCommand(const std::uint8_t* frame, const FrameParts& parts);
     // Stores what a report-settings frame asks for.
     void ApplyReportSettings(const std::uint8_t* frame);
@@ -183,19 +205,9 @@ class CRuntimeData {
                              std::uint32_t& ticks);
 
     // -- events/
-    // All events of one walk over the points share one connection and one transaction.
-    void BeginEventWalk();
-    void EndEventWalk();
-    bool OpenForWalk();
-    void RecordChange(const StatusChange& change);
-    void StoreEvent(CSqliteDb& database, int value, int pointNumber, int table, const char* event);
-    bool WalkCameToNothing() const;
-    void StoreChangesSingly();
-    bool FindLastSoe(CSqliteDb& database, std::uint32_t& lastId);
-    std::uint32_t StoreErrorMessage(CSqliteDb& database, int base);
-    void PruneErrMsg(CSqliteDb& database, std::uint32_t lastId);
-    void PruneSoe(CSqliteDb& database, std::uint32_t lastId);
-    void VacuumSoon(CSqliteDb& database);
+    // Stores the changes of the walk, and those that an earlier one had to keep.
+    void StoreChanges();
+    void CountSwitching(int pointNumber, int table);
     void PrepareErrMsgTable(CSqliteDb& database);
     void PrepareSoeTable(CSqliteDb& database);
     void ExecEventSetUp(CSqliteDb& database, const char* sql);
@@ -246,13 +258,17 @@ class CRuntimeData {
     std::int32_t m_forceYxReport = 0;              // ipc sets it, the first port step that sees it clears it
     std::uint32_t m_tickPeriodMs = 100;            // app; never changes
     std::int32_t m_datacache = 0;                  // history: pending records last counted
-    std::time_t m_lastZoneMinute = 0;              // reports: minute in which the time zone was last read
+    std::int32_t m_resendRest = 0;                 // history: ticks in which nothing is resent
+    std::time_t m_lastZoneSecond = 0;              // reports: second in which the zone was last looked at
+    ZoneFile m_zoneFile;                           // reports
     std::int32_t m_lastCacheHour = 0;              // reports: hour of the last count
     std::int32_t m_portCount = 0;                  // app: 1 to 8 once GetPort has run
     CMyIPC m_ipc;
     CLinuxMsgQueue* m_outboundQueue = nullptr;  // app; never deleted, null when the System V queue is missing
     CFailureLog m_failures;
     std::uint32_t m_signalGeneration = 1;  // events: moves on with every change of a status point
-    EventWalk m_walk;                      // events
-    std::string m_eventText;               // events: working text, with room for any event
+    // What waiting for locked files a tick has left, one budget for each file.
+    CBusyWait m_eventWait{kBusyInLoopMs};
+    CBusyWait m_historyWait{kBusyInLoopMs};
+    CEventWalk m_walk{m_failures, m_eventWait};  // events
 };

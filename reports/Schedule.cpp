@@ -1,4 +1,6 @@
 // What happens per tick, in order.
+#include <sys/stat.h>
+
 #include <cstring>
 #include <ctime>
 
@@ -7,6 +9,9 @@
 #include "points/ShmCtrl.h"
 
 void CRuntimeData::SchedulerTick() {
+    FollowTimeZone();
+    m_eventWait.Renew();
+    m_historyWait.Renew();
     DetectStatusChanges();
     HourlyStep();
     RefreshYc();
@@ -19,19 +24,32 @@ void CRuntimeData::SchedulerTick() {
     }
 }
 
-// Dates do not look at the zone by themselves (see CDateTime): one that is set while the process runs counts
-// from the next minute on.
+// Dates do not look at the zone by themselves (see CDateTime), and looking costs memory whenever the zone is
+// that of the system: so once a second, and only after its file has changed.
 void CRuntimeData::FollowTimeZone() {
-    const std::time_t minute = std::time(nullptr) / 60;
-    if (minute == m_lastZoneMinute) return;
-    m_lastZoneMinute = minute;
+    const std::time_t second = std::time(nullptr);
+    if (second == m_lastZoneSecond) return;
+    m_lastZoneSecond = second;
+    struct stat file {};
+    const ZoneFile now = stat("/etc/localtime", &file) == 0
+                             ? ZoneFile{file.st_dev, file.st_ino, file.st_mtim.tv_sec, file.st_mtim.tv_nsec}
+                             : ZoneFile{};
+    if (now == m_zoneFile) return;
+    m_zoneFile = now;
     tzset();
 }
 
+bool CRuntimeData::HasWaited() const {
+    constexpr int kShortWaitMs = 200;
+    return m_eventWait.WaitedMs() + m_historyWait.WaitedMs() > kShortWaitMs;
+}
+
 void CRuntimeData::HourlyStep() {
-    FollowTimeZone();
     constexpr int kCacheCheckMinute = 40;
+    constexpr int kLatestSecond = 50;
     const CDateTime now = CDateTime::Now();
+    // Two files that are locked at once would hold the loop twice as long: the hour's work has a minute.
+    if (HasWaited() && now.Second() < kLatestSecond) return;
     const int hour = now.Hour();
     if (hour != m_lastHour && now.Minute() == 0) {
         m_lastHour = hour;

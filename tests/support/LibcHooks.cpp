@@ -1,6 +1,7 @@
 #include "tests/support/LibcHooks.h"
 
 #include <dlfcn.h>
+#include <fcntl.h>
 #include <sys/msg.h>
 #include <unistd.h>
 
@@ -11,6 +12,7 @@
 namespace {
 
 int nextError = 0;
+bool unlockFails = false;
 int failingReads = 0;
 std::atomic<std::uint64_t> allocations{0};
 
@@ -34,6 +36,10 @@ void FailNextQueueCall(int error) {
 
 void FailReads(int count) {
     failingReads = count;
+}
+
+void FailNextUnlock() {
+    unlockFails = true;
 }
 
 std::uint64_t Allocations() {
@@ -64,6 +70,17 @@ ssize_t Pread(int file, void* data, std::size_t size, off64_t offset) {
         return -1;
     }
     return Real<ssize_t(int, void*, std::size_t, off64_t)>("pread64")(file, data, size, offset);
+}
+
+// The argument comes as a variable one, which the processors at hand pass like any other.
+int Fcntl(int file, int command, void* argument) __asm__("fcntl64");
+int Fcntl(int file, int command, void* argument) {
+    if (unlockFails && command == F_SETLK && static_cast<flock64*>(argument)->l_type == F_UNLCK) {
+        unlockFails = false;
+        errno = EIO;
+        return -1;
+    }
+    return Real<int(int, int, void*)>("fcntl64")(file, command, argument);
 }
 
 #ifdef ZOR_ADDRESS_SANITIZER

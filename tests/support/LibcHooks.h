@@ -10,5 +10,8 @@ void FailNextQueueCall(int error);
 // The next so many reads of a database fail that go beyond its start, which opening it reads.
 void FailReads(int count);
 
+// The next call that gives up a lock on a file fails, without doing so.
+void FailNextUnlock();
+
 // How often the process allocated memory so far.
 std::uint64_t Allocations();

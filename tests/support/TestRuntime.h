@@ -26,6 +26,7 @@ class CTestRuntime : public CRuntimeData {
     using CRuntimeData::k2Cnt;
     using CRuntimeData::m_chargerKind;
     using CRuntimeData::m_datacache;
+    using CRuntimeData::m_eventWait;
     using CRuntimeData::m_failures;
     using CRuntimeData::m_forceYxReport;
     using CRuntimeData::m_idleReportTicks;
