@@ -16,7 +16,7 @@ int CBusyWait::Wait(void* self, int tries) {
     auto& wait = *static_cast<CBusyWait*>(self);
     const auto at = std::min(static_cast<std::size_t>(tries), std::size(kPausesMs) - 1);
     const int pause = std::min(kPausesMs[at], wait.m_limitMs - wait.m_waitedMs);
-    if (pause <= 0) return 0;
+    if (pause <= 0 || wait.m_refused) return 0;
     wait.m_waitedMs += pause;
     sqlite3_sleep(pause);
     return 1;

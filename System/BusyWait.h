@@ -17,9 +17,13 @@ class CBusyWait {
     void Serve(sqlite3* database);
 
     // The whole budget is there again.
-    void Renew() { m_waitedMs = 0; }
-    // Nothing is left: whoever finds a lock now fails at once.
-    void Spend() { m_waitedMs = m_limitMs; }
+    void Renew() {
+        m_waitedMs = 0;
+        m_refused = false;
+    }
+    // Whoever finds a lock from now on fails at once.
+    void Refuse() { m_refused = true; }
+    // Somebody has waited in vain.
     bool IsSpent() const { return m_waitedMs >= m_limitMs; }
     int WaitedMs() const { return m_waitedMs; }
 
@@ -28,4 +32,5 @@ class CBusyWait {
 
     int m_limitMs;
     int m_waitedMs = 0;
+    bool m_refused = false;
 };

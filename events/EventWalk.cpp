@@ -44,7 +44,7 @@ void CEventWalk::Add(const YxPointRecord& point, bool rising, CShmCTRL& shm) {
 bool CEventWalk::Open() {
     // What has waited for the file once goes on without waiting: nothing is lost meanwhile, and the points
     // are to be looked at every tick.
-    if (m_kept > 0) m_wait.Spend();
+    if (m_kept > 0) m_wait.Refuse();
     if (m_store.Open(m_wait)) return true;
     Clear();
     return false;

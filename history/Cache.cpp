@@ -14,7 +14,7 @@ int CRuntimeData::Checkcache() {
     const CAppPath path(kHistoryFile);
     CDiagLine(__func__).Print("%s", path.c_str());
     CSqliteDb database;
-    if (database.Open(path.c_str(), kBusyInLoopMs) != SQLITE_OK) return 0;
+    if (database.Open(path.c_str(), m_historyWait) != SQLITE_OK) return 0;
     const CSqliteTable table(database, "select * from tagYC where sendcount >= 1 and sendcount < 6");
     if (!table.Ok()) {
         CDiagLine(__func__).Print("sqlite3_get_table Fail:\n");
@@ -33,7 +33,7 @@ int CRuntimeData::ReadCacheYCdata(YcHistoryRecord* records, int& count) {
     const int capacity = count;
     count = 0;
     CSqliteDb database;
-    if (database.Open(CAppPath(kHistoryFile).c_str(), kBusyInLoopMs) != SQLITE_OK) return 0;
+    if (database.Open(CAppPath(kHistoryFile).c_str(), m_historyWait) != SQLITE_OK) return 0;
     CDiagLine(__func__).Print("You have opened zorycdata.db successfully!---");
     const CSqliteTable table(database, "SELECT * FROM tagYC where sendcount >=1 and sendcount < 6");
     if (!table.Ok()) CDiagLine(__func__).Print("search cache data failed:%s\n", table.Error());
@@ -89,7 +89,7 @@ int CRuntimeData::DeletCacheData(const char* prefix, int port) {
     const CAppPath path(kHistoryFile);
     CDiagLine(__func__).Print("%s", path.c_str());
     CSqliteDb database;
-    if (database.Open(path.c_str(), kBusyInLoopMs) != SQLITE_OK) return 0;
+    if (database.Open(path.c_str(), m_historyWait) != SQLITE_OK) return 0;
     CDiagLine(__func__).Print("You have opened a sqlite3 database named zorycdata.db successfully!");
     CSqlText<128> sql;
     sql.Format("UPDATE tagYC SET sendcount = 0 where portNo='%d' and timestamp LIKE '%s%%'", port,

@@ -16,6 +16,7 @@ namespace {
 
 constexpr int kRecordsOfDay = 24;
 constexpr int kRecordsPerPass = 8;
+constexpr std::uint32_t kRestAfterLockMs = 10000;  // a file that is locked for long is not tried every tick
 constexpr useconds_t kPauseBetweenRecords = 100000;
 
 // The digits of a text that is at most as long as a live area.
@@ -187,10 +188,12 @@ int CRuntimeData::MsgCall_A1_16(const std::uint8_t* body, std::uint32_t port) {
 }
 
 int CRuntimeData::History_A1_16() {
-    if (m_sendflag != 1 || m_datacache < 1) return 0;
+    if (m_resendRest > 0) --m_resendRest;
+    if (m_sendflag != 1 || m_datacache < 1 || m_resendRest > 0 || HasWaited()) return 0;
     YcHistoryRecord records[kRecordsPerPass] = {};
     int count = kRecordsPerPass;
     ReadCacheYCdata(records, count);
+    if (m_historyWait.IsSpent()) m_resendRest = static_cast<std::int32_t>(kRestAfterLockMs / m_tickPeriodMs);
     if (count == 0) return 0;
     const CDiagLine line(__func__);
     line.Print("_YCDB Count:%d\n", count);

@@ -72,7 +72,7 @@ std::int32_t CRuntimeData::InsertYC(std::uint32_t hour, std::uint32_t port) {
     const Snapshot snapshot = TakeSnapshot(*m_shm, static_cast<int>(port));
     const long long* slot = snapshot.slots;
     CSqliteDb database;
-    if (const int result = database.Open(CAppPath(kHistoryFile).c_str(), kBusyInLoopMs); result != SQLITE_OK)
+    if (const int result = database.Open(CAppPath(kHistoryFile).c_str(), m_historyWait); result != SQLITE_OK)
         return result;
     CDiagLine(__func__).Print("InsertYc You have opened zorycdata.db successfully!");
     CSqlText<kInsertSize> sql;
@@ -98,7 +98,7 @@ int CRuntimeData::ReadDBSingleYCdata(const char* date, int port, int hour, YcHis
     const int capacity = count;
     count = 0;
     CSqliteDb database;
-    if (database.Open(CAppPath(kHistoryFile).c_str(), kBusyInLoopMs) != SQLITE_OK) return 0;
+    if (database.Open(CAppPath(kHistoryFile).c_str(), m_historyWait) != SQLITE_OK) return 0;
     const CDiagLine line(__func__);
     line.Print("You have opened zorycdata.db successfully!");
     CSqlText<kQuerySize> sql;
