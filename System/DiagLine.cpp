@@ -1,5 +1,6 @@
 #include "System/DiagLine.h"
 
+#include <algorithm>
 #include <cstdarg>
 #include <cstdio>
 
@@ -34,8 +35,19 @@ void CDiagLine::PrintUnended(const char* format, ...) const {
 }
 
 void DumpBytes(const void* data, std::size_t length) {
+    constexpr char kDigits[] = "0123456789abcdef";
+    constexpr std::size_t kBytesAtOnce = 128;
     const auto* bytes = static_cast<const unsigned char*>(data);
-    for (std::size_t i = 0; i < length; ++i) std::printf("%02x ", static_cast<unsigned>(bytes[i]));
+    for (std::size_t at = 0; at < length; at += kBytesAtOnce) {
+        char text[3 * kBytesAtOnce];
+        char* end = text;
+        for (std::size_t i = at; i < std::min(length, at + kBytesAtOnce); ++i) {
+            *end++ = kDigits[bytes[i] >> 4];
+            *end++ = kDigits[bytes[i] & 0xF];
+            *end++ = ' ';
+        }
+        std::fwrite(text, 1, static_cast<std::size_t>(end - text), stdout);
+    }
     std::putchar('\n');
     EndRecord();
 }

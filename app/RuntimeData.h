@@ -19,6 +19,7 @@
 #include <ctime>
 #include <list>
 #include <string>
+#include <vector>
 
 #include "System/BusyWait.h"
 #include "System/FailureLog.h"
@@ -29,6 +30,7 @@
 #include "points/PointRecords.h"
 #include "points/PortNumbering.h"
 #include "points/RTDB.h"
+#include "reports/ChargingStatus.h"
 #include "reports/SignalBodies.h"
 
 class CShmCTRL;
@@ -137,10 +139,13 @@ class CRuntimeData {
     // Fixes which points the signal reports of each port carry. To be called when the YX point list is
     // complete.
     void SelectReportedPoints();
-    // Posts A1_5 when the charging status of `port` is due. `points` are those of one group, here and below.
-    void Send_DC_A1_5(const std::list<YcPointRecord>& points, int port);
+    // Finds the points of every group that the charging and the idle status show. To be called when the YC
+    // point list is complete.
+    void FindReportedPoints();
+    // Posts A1_5 when the charging status of `port` is due. `places` are those of one group, here and below.
+    void Send_DC_A1_5(const GroupPlaces& places, int port);
     // Posts A1_6 when the idle status of `port` is due.
-    void Send_DC_A1_6(const std::list<YcPointRecord>& points, int port);
+    void Send_DC_A1_6(const GroupPlaces& places, int port);
     // Posts A1_13, all signals of `port`.
     void Send_DC_A1_13(int port);
     // Posts A1_11 with the signals of `port` that differ from what was last reported, if there are any.
@@ -236,6 +241,7 @@ class CRuntimeData {
     CShmCTRL* m_shm = nullptr;             // app; not owned
     std::list<YxPointRecord> m_yxPoints;   // points; their states: events
     std::list<YcGroup> m_ycGroups;         // points; their values: reports
+    std::vector<GroupPlaces> m_places;     // reports; of the groups, in their order
     CRTDB m_rtdb;                          // points
     std::string m_databaseDirectory;       // app; kept with every label set
     std::uint8_t m_startFlagA = 1;         // app; read by nobody
@@ -266,7 +272,6 @@ class CRuntimeData {
     CMyIPC m_ipc;
     CLinuxMsgQueue* m_outboundQueue = nullptr;  // app; never deleted, null when the System V queue is missing
     CFailureLog m_failures;
-    std::uint32_t m_signalGeneration = 1;  // events: moves on with every change of a status point
     // What waiting for locked files a tick has left, one budget for each file.
     CBusyWait m_eventWait{kBusyInLoopMs};
     CBusyWait m_historyWait{kBusyInLoopMs};

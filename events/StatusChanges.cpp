@@ -9,7 +9,6 @@ void CRuntimeData::DetectStatusChanges() {
         if (!m_shm->ReadSignal(point.source, point.pointNumber, state)) break;
         point.current = state;
         if (state == point.previous) continue;
-        ++m_signalGeneration;
         // Every increase is a rise; a decrease counts only where it reaches 0.
         if (state > point.previous || state == 0) m_walk.Add(point, state > point.previous, *m_shm);
         point.previous = state;

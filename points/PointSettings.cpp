@@ -121,5 +121,6 @@ int CRuntimeData::InitPointSettingYC() {
     for (int row = 0; row < table.Rows(); ++row)
         if (!AppendYcPoint(m_ycGroups, ParseYcRow(table, row), m_portCount))
             CDiagLine(__func__).Print("Add new Node");
+    FindReportedPoints();
     return 0;
 }

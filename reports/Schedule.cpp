@@ -65,9 +65,15 @@ void CRuntimeData::HourlyStep() {
     }
 }
 
+void CRuntimeData::FindReportedPoints() {
+    m_places.clear();
+    for (const YcGroup& group : m_ycGroups) m_places.emplace_back(group.points);
+}
+
 void CRuntimeData::RefreshYc() {
     if (m_sendflag != 1) return;
     const PortRange ports = PortsOf(m_portCount);
+    auto places = m_places.cbegin();
     for (YcGroup& group : m_ycGroups) {
         for (YcPointRecord& point : group.points) {
             const LiveYc live = m_shm->Yc(point.pointNumber);
@@ -78,9 +84,10 @@ void CRuntimeData::RefreshYc() {
         if (m_chargerKind != kDcCharger) continue;
         // Per group: a report holds the values of one group, and its counters run once for each.
         for (int port = ports.first; port <= ports.last; ++port) {
-            Send_DC_A1_5(group.points, port);
-            Send_DC_A1_6(group.points, port);
+            Send_DC_A1_5(*places, port);
+            Send_DC_A1_6(*places, port);
         }
+        ++places;
     }
 }
 

@@ -34,6 +34,7 @@ class CTestRuntime : public CRuntimeData {
     using CRuntimeData::m_lastReceiveResult;
     using CRuntimeData::m_minuteIntervalTicks;
     using CRuntimeData::m_outboundQueue;
+    using CRuntimeData::m_places;
     using CRuntimeData::m_portCount;
     using CRuntimeData::m_ports;
     using CRuntimeData::m_sendflag;
