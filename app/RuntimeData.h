@@ -160,7 +160,8 @@ class CRuntimeData {
     // Ends the resending of the port's records whose timestamp begins with `prefix`, and counts what remains
     // of that port. Returns SQLite's result code, also 0 when the file cannot be opened.
     int DeletCacheData(const char* prefix, int port);
-    // Fills `body` with the live charging record of `port`; `length` becomes its length.
+    // Fills `body` with the live charging record of `port`, which the station need not have: what no table
+    // holds for it is 0. `length` becomes its length.
     void BuildA1_16Record(RecordBody& body, std::uint32_t& length, std::uint32_t port);
     // Posts A1_16 with the live charging record of `port`.
     void Send_A1_16(std::uint32_t port);

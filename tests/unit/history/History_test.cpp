@@ -1,0 +1,56 @@
+// The history where a table of cases says more than a transcript: ports outside the station.
+#include "System/Numbers.h"
+#include "tests/support/TestRuntime.h"
+
+namespace {
+
+using History = CStationTest;
+
+TEST_F(History, LivePartOfAnyPort) {
+    constexpr std::uint32_t kNegative = 1U << 31;
+    constexpr struct {
+        std::uint32_t port;
+        int value;  // place of its point 153 and, behind it, of its first energy counter; -1 for none
+        int meter;
+        int k1;
+    } kCases[] = {
+        {0, 153, 0, 100},
+        {1, 153, 0, 101},
+        {2, 281, 32, 102},
+        {8, 1049, 224, 108},
+        {9, 1177, -1, 0},
+        {63, 8089, -1, 0},
+        {64, -1, -1, 0},
+        {255, -1, -1, 0},
+        {1 + (1U << 25), -1, -1, 0},  // times 128 it is 0 again in 32 bits
+        {1 + (1U << 27), -1, -1, 0},  // times 32
+        {kNegative - 1, -1, -1, 0},
+        {kNegative, -1, -1, 0},
+        {kNegative + 1, -1, -1, 0},
+        {0xFFFFFFFFU, -1, -1, 0},
+    };
+    for (int place = 0; place < 8192; ++place) live.SetYc(place, static_cast<std::uint32_t>(place));
+    for (unsigned place = 0; place < 256; ++place) live.SetDd(static_cast<int>(place), place + (7ULL << 32));
+    for (std::size_t port = 0; port < runtime.k1Cnt.size(); ++port) {
+        runtime.k1Cnt[port] = static_cast<int>(100 + port);
+        runtime.k2Cnt[port] = static_cast<int>(200 + port);
+    }
+    for (const int ports : {1, 2, 8})
+        for (const auto& c : kCases) {
+            RecordBody body{};
+            std::uint32_t length = 0;
+            runtime.m_portCount = ports;
+            runtime.BuildA1_16Record(body, length, c.port);
+            const auto field = [&body](std::size_t at, std::size_t size) {
+                return static_cast<std::int64_t>(GetLe(body.data() + at, size));
+            };
+            SCOPED_TRACE(std::to_string(c.port) + " of " + std::to_string(ports));
+            EXPECT_EQ(c.value < 0 ? 0 : c.value, field(97, 4));
+            EXPECT_EQ(c.meter < 0 ? 0 : c.meter + (7LL << 32), field(61, 8));
+            EXPECT_EQ(c.k1, field(113, 4));
+            EXPECT_EQ(c.k1 == 0 ? 0 : c.k1 + 100, field(117, 4));
+            EXPECT_EQ(c.port & 0xFF, static_cast<std::uint32_t>(field(8, 1)));
+        }
+}
+
+}  // namespace
