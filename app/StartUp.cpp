@@ -1,7 +1,6 @@
 #include "app/StartUp.h"
 
 #include <malloc.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -9,6 +8,7 @@
 #include "System/AppFiles.h"
 #include "System/DateTime.h"
 #include "app/RuntimeData.h"
+#include "history/HistoryDatabase.h"
 
 namespace {
 
@@ -28,10 +28,9 @@ void KeepHeapLevel() {
 void PrepareHistory(CRuntimeData& runtime) {
     const CAppPath path(kHistoryFile);
     std::puts(path.c_str());
-    struct stat file {};
     if (access(path.c_str(), F_OK) != 0) {
         std::puts("zorycdata.db is not exist!!!");
-    } else if (stat(path.c_str(), &file) != 0 || file.st_size == 0) {
+    } else if (IsHistoryBroken(path.c_str())) {
         std::puts("zorycdata.db is broken, so remove zorycdata.db");
         std::remove(path.c_str());
     } else if (runtime.CheckYCDB() == 0) {

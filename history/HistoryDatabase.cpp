@@ -1,5 +1,6 @@
 #include "history/HistoryDatabase.h"
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -28,10 +29,12 @@ bool HasColumn(const CSqliteTable& table, const char* name) {
 
 constexpr char kSelectAny[] = "select * from tagYC limit 1";
 
-// Whether a file that could not be read still cannot be, from its opening on, after a while. A disturbance is
-// over then; a file that is lost would take no further record, for years.
+// Until the second try of what failed. A disturbance is over then; a file that is lost would take no further
+// record, for years.
+constexpr useconds_t kWhile = 1000000;
+
+// Whether a file that could not be read still cannot be, from its opening on, after a while.
 bool StaysUnreadable(const char* path) {
-    constexpr useconds_t kWhile = 1000000;
     usleep(kWhile);
     CSqliteDb database;
     return database.Open(path, kBusyAtStartUpMs) == SQLITE_OK &&
@@ -44,6 +47,13 @@ void AddTo(std::int32_t& counter, const char* text) {
 }
 
 }  // namespace
+
+bool IsHistoryBroken(const char* path) {
+    struct stat file {};
+    if (stat(path, &file) == 0) return file.st_size == 0;
+    usleep(kWhile);
+    return stat(path, &file) != 0 || file.st_size == 0;
+}
 
 void FillRecord(YcHistoryRecord& record, const CSqliteTable& table, int row, const char* operation) {
     const auto cell = [&table, row](EHistoryColumn column) { return table.Cell(row, column); };

@@ -62,6 +62,10 @@ constexpr bool IsPending(int sendCount) {
     return sendCount >= 1 && sendCount < 6;
 }
 
+// Whether the file at `path`, which exists, holds nothing or cannot be looked at, twice in a row with a while
+// between.
+bool IsHistoryBroken(const char* path);
+
 // Fills `record` from a row and prints the row's main values as lines of `operation`. A NULL leaves its field
 // as it was, a text is cut to its field. The status becomes Found.
 void FillRecord(YcHistoryRecord& record, const CSqliteTable& table, int row, const char* operation);

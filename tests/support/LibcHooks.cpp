@@ -2,6 +2,7 @@
 
 #include <dlfcn.h>
 #include <sys/msg.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <atomic>
@@ -12,6 +13,8 @@ namespace {
 
 int nextError = 0;
 int failingReads = 0;
+std::string unseenFile;
+int failingStats = 0;
 std::atomic<std::uint64_t> allocations{0};
 
 bool Fails() {
@@ -34,6 +37,11 @@ void FailNextQueueCall(int error) {
 
 void FailReads(int count) {
     failingReads = count;
+}
+
+void FailStats(const std::string& file, int count) {
+    unseenFile = file;
+    failingStats = count;
 }
 
 std::uint64_t Allocations() {
@@ -64,6 +72,17 @@ ssize_t Pread(int file, void* data, std::size_t size, off64_t offset) {
         return -1;
     }
     return Real<ssize_t(int, void*, std::size_t, off64_t)>("pread64")(file, data, size, offset);
+}
+
+// With the name that it has where files can be large.
+int Stat(const char* path, struct stat* found) __asm__("stat64");
+int Stat(const char* path, struct stat* found) {
+    if (failingStats > 0 && path == unseenFile) {
+        --failingStats;
+        errno = EIO;
+        return -1;
+    }
+    return Real<int(const char*, struct stat*)>("stat64")(path, found);
 }
 
 #ifdef ZOR_ADDRESS_SANITIZER

@@ -1,10 +1,23 @@
-// The history where a table of cases says more than a transcript: ports outside the station.
+// The history where a table of cases says more than a transcript: ports outside the station, and a file that
+// cannot be looked at.
+#include <filesystem>
+
+#include "System/AppFiles.h"
 #include "System/Numbers.h"
+#include "app/StartUp.h"
+#include "history/HistoryDatabase.h"
+#include "tests/support/LibcHooks.h"
 #include "tests/support/TestRuntime.h"
 
 namespace {
 
-using History = CStationTest;
+namespace fs = std::filesystem;
+
+class CHistory : public CStationTest {
+  protected:
+    const std::string m_file = AppFile(kHistoryFile);
+};
+using History = CHistory;
 
 TEST_F(History, LivePartOfAnyPort) {
     constexpr std::uint32_t kNegative = 1U << 31;
@@ -51,6 +64,31 @@ TEST_F(History, LivePartOfAnyPort) {
             EXPECT_EQ(c.k1 == 0 ? 0 : c.k1 + 100, field(117, 4));
             EXPECT_EQ(c.port & 0xFF, static_cast<std::uint32_t>(field(8, 1)));
         }
+}
+
+// A file that cannot be looked at may be fine: it is lost only when that goes on.
+TEST_F(History, FileThatCannotBeLookedAt) {
+    constexpr struct {
+        bool empty;
+        int failures;
+        bool broken;
+        int seconds;
+    } kCases[] = {{false, 0, false, 0}, {false, 1, false, 1}, {false, 2, true, 1}, {true, 0, true, 0}};
+    for (const auto& c : kCases) {
+        SCOPED_TRACE(c.failures);
+        fs::remove(m_file);
+        if (c.empty)
+            WriteText(m_file, "");
+        else
+            RunSql(m_file, std::string(kCreateYc) + "; INSERT INTO tagYC(portNo,timestamp) VALUES(1,'x')");
+        FakeClock::Set(FakeClock::kStart);
+        FailStats(m_file, c.failures);
+        const std::string out = Printed([this] { StartUp(runtime); });
+        FailStats("", 0);
+        EXPECT_EQ(c.broken, out.find("is broken, so remove") != std::string::npos) << out;
+        EXPECT_EQ(c.broken ? 0 : 1, QueryNumber(m_file, "SELECT count(*) FROM tagYC"));
+        EXPECT_EQ(c.seconds * 1000000, FakeClock::Slept());
+    }
 }
 
 }  // namespace
