@@ -49,6 +49,7 @@ class CSqliteDb {
 
   private:
     friend class CSqliteTable;
+    friend class CSqlRows;
 
     // A connection waits out the busy timeout once; what follows on it does not wait again, so that a locked
     // file costs an operation one wait however many statements it has.

@@ -29,6 +29,7 @@
 #include "reports/SignalBodies.h"
 
 class CShmCTRL;
+struct SentRow;
 
 // Values of the charger kind.
 inline constexpr std::int32_t kDcCharger = 1;
@@ -217,7 +218,7 @@ class CRuntimeData {
     void RestoreCountersOf(int port, CSqliteDb& database);
     int FormatDayQuery(CSqlTextBase& sql, const char* date, int port);
     void FillHour(YcHistoryRecord& record, const CSqliteTable& table, int row, const char* date, int h);
-    void RaiseSendCounts(CSqliteDb& database, const CSqliteTable& table, int count);
+    void RaiseSendCounts(CSqliteDb& database, const SentRow* rows, int count);
     void PutLiveField(RecordBody& body, const RecordField& field, std::uint32_t port);
 
     PortState& Port(int port) { return m_ports[static_cast<std::size_t>(port)]; }

@@ -55,8 +55,22 @@ bool IsHistoryBroken(const char* path) {
     return stat(path, &file) != 0 || file.st_size == 0;
 }
 
-void FillRecord(YcHistoryRecord& record, const CSqliteTable& table, int row, const char* operation) {
-    const auto cell = [&table, row](EHistoryColumn column) { return table.Cell(row, column); };
+HistoryCells HistoryCellsOf(const CSqliteTable& table, int row) {
+    HistoryCells cells{};
+    for (std::size_t column = 0; column < cells.size(); ++column)
+        cells[column] = table.Cell(row, static_cast<int>(column));
+    return cells;
+}
+
+HistoryCells HistoryCellsOf(const SqlRow& row) {
+    HistoryCells cells{};
+    for (std::size_t column = 0; column < cells.size(); ++column)
+        cells[column] = row.Cell(static_cast<int>(column));
+    return cells;
+}
+
+void FillRecord(YcHistoryRecord& record, const HistoryCells& cells) {
+    const auto cell = [&cells](EHistoryColumn column) { return cells[column]; };
     const auto int64 = [&cell](EHistoryColumn column, std::int64_t old) {
         return cell(column) != nullptr ? ParseInt64(cell(column)) : old;
     };
@@ -83,7 +97,9 @@ void FillRecord(YcHistoryRecord& record, const CSqliteTable& table, int row, con
     TakeText(record.fretime, cell(kHistoryFreTime));
     TakeText(record.collecttime, cell(kHistoryTimestamp));
     record.status = ERecordStatus::Found;
+}
 
+void PrintRecord(const YcHistoryRecord& record, const char* operation) {
     const CDiagLine line(operation);
     line.Print("tradenum:%s\n", record.tradenumber);
     line.Print("tradeelec:%d\n", record.tradeelec);

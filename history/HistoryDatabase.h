@@ -1,8 +1,10 @@
 // The history database: its table, its columns, and rows as records.
 #pragma once
 
+#include <array>
 #include <cstdint>
 
+#include "System/SqlRows.h"
 #include "System/Sqlite.h"
 #include "history/HistoryRecord.h"
 
@@ -50,7 +52,19 @@ enum EHistoryColumn {
     kHistoryChargeCnt,
     kHistoryChargeTime,
     kHistoryK1Cnt,
-    kHistoryK2Cnt
+    kHistoryK2Cnt,
+    kHistoryColumns  // how many there are
+};
+
+// Texts of a row by column, null for NULL and for a column that the row does not have.
+using HistoryCells = std::array<const char*, kHistoryColumns>;
+HistoryCells HistoryCellsOf(const CSqliteTable& table, int row);
+HistoryCells HistoryCellsOf(const SqlRow& row);
+
+// A row that is resent: what its send count was.
+struct SentRow {
+    std::int32_t id;
+    std::int32_t sendCount;
 };
 
 // A request for an hour is answered with the newest record before this second of it: the record of an hour is
@@ -66,6 +80,8 @@ constexpr bool IsPending(int sendCount) {
 // between.
 bool IsHistoryBroken(const char* path);
 
-// Fills `record` from a row and prints the row's main values as lines of `operation`. A NULL leaves its field
-// as it was, a text is cut to its field. The status becomes Found.
-void FillRecord(YcHistoryRecord& record, const CSqliteTable& table, int row, const char* operation);
+// Fills `record` from a row. A NULL leaves its field as it was, a text is cut to its field. The status
+// becomes Found.
+void FillRecord(YcHistoryRecord& record, const HistoryCells& cells);
+// Prints the main values of a record as lines of `operation`.
+void PrintRecord(const YcHistoryRecord& record, const char* operation);

@@ -117,7 +117,8 @@ int CRuntimeData::ReadDBSingleYCdata(const char* date, int port, int hour, YcHis
         std::snprintf(asked, sizeof asked, "%s %02d:00:00", date, hour);
         MarkMissing(records[0], asked);
     } else if (hour != kWholeDay) {
-        FillRecord(records[0], table, 0, __func__);
+        FillRecord(records[0], HistoryCellsOf(table, 0));
+        PrintRecord(records[0], __func__);
         count = 1;
     } else {
         count = std::min({hours, table.Rows(), capacity});
@@ -162,7 +163,8 @@ void CRuntimeData::FillHour(YcHistoryRecord& record, const CSqliteTable& table, 
     CDiagLine(kOperation).Print("timeStr:%s\n", prefix);
     const char* timestamp = table.Cell(row, kHistoryTimestamp);
     if (timestamp != nullptr && std::strstr(timestamp, prefix) != nullptr) {
-        FillRecord(record, table, row, kOperation);
+        FillRecord(record, HistoryCellsOf(table, row));
+        PrintRecord(record, kOperation);
         return;
     }
     char asked[48];  // the prefix brings a colon of its own

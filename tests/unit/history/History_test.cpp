@@ -1,5 +1,7 @@
-// The history where a table of cases says more than a transcript: ports outside the station, and a file that
-// cannot be looked at.
+// The history where a table of cases says more than a transcript: ports outside the station, memory, and a
+// file that cannot be looked at.
+#include <sqlite3.h>
+
 #include <filesystem>
 
 #include "System/AppFiles.h"
@@ -89,6 +91,44 @@ TEST_F(History, FileThatCannotBeLookedAt) {
         EXPECT_EQ(c.broken ? 0 : 1, QueryNumber(m_file, "SELECT count(*) FROM tagYC"));
         EXPECT_EQ(c.seconds * 1000000, FakeClock::Slept());
     }
+}
+
+// How much memory SQLite takes at most while `run` runs, bytes.
+sqlite3_int64 Peak(const std::function<void()>& run) {
+    const sqlite3_int64 before = sqlite3_memory_used();
+    sqlite3_memory_highwater(1);
+    run();
+    return sqlite3_memory_highwater(0) - before;
+}
+
+class CHistoryOfYears : public CHistory {
+  protected:
+    void MakeRows(int count, int sendCount) {
+        RunSql(m_file, std::string(kCreateYc) +
+                           "; WITH RECURSIVE n(i) AS (SELECT 0 UNION ALL SELECT i+1 FROM n WHERE i<" +
+                           std::to_string(count - 1) + ") INSERT INTO tagYC(portNo,sendcount,timestamp," +
+                           "chargeCnt,tradenumber) SELECT i%8+1," + std::to_string(sendCount) +
+                           ",datetime('2014-01-01','+'||(i/8)||' hours'),i,hex(zeroblob(16)) FROM n");
+    }
+};
+using HistoryOfYears = CHistoryOfYears;
+
+TEST_F(HistoryOfYears, IsCountedAndResentInLittleMemory) {
+    constexpr int kRows = 29200;
+    MakeRows(kRows, 1);
+    YcHistoryRecord records[8] = {};
+    int count = 8;
+    EXPECT_GT(4 << 20, Peak([&] {
+                  Printed([&] {
+                      runtime.Checkcache();
+                      EXPECT_EQ(kRows, runtime.m_datacache);
+                      runtime.ReadCacheYCdata(records, count);
+                      runtime.DeletCacheData("2014-01-01 00:", 1);
+                  });
+              }));
+    EXPECT_EQ(kRows / 8 - 1, runtime.m_datacache);
+    EXPECT_EQ(8, count);
+    EXPECT_EQ(7, records[7].chargeCnt);
 }
 
 }  // namespace
