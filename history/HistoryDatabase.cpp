@@ -11,6 +11,7 @@
 #include "System/FixedText.h"
 #include "System/Numbers.h"
 #include "app/RuntimeData.h"
+#include "history/HistoryIndexes.h"
 
 namespace {
 
@@ -137,12 +138,10 @@ int CRuntimeData::CheckYCDB() {
 
 // A file from before there were indexes gets them here, once; that can take a while on a large one.
 void CRuntimeData::CreateHistoryIndexes(CSqliteDb& database) {
-    for (const char* sql : kCreateHistoryIndexes) {
-        if (database.Exec(sql) == SQLITE_OK) continue;
-        m_failures.Report(EFailure::HistoryIndex, "%s stays slow without its indexes: %s", kHistoryFile,
-                          database.Error());
-        return;
-    }
+    if (PrepareHistoryIndexes(database)) return;
+    m_failures.Report(EFailure::HistoryIndex, "%s stays slow without its indexes: %s", kHistoryFile,
+                      database.Error());
+    if (database.InTransaction()) database.Exec("ROLLBACK");
 }
 
 void CRuntimeData::RestoreCounters(CSqliteDb& database) {

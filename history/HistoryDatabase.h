@@ -20,16 +20,6 @@ inline constexpr char kCreateYc[] =
     "dcK1Cnt TEXT(40),dcK2Cnt TEXT(40))";
 static_assert(sizeof kCreateYc == 456 + 1);
 
-// Without these every query of the loop would read the whole table, which grows for years: a stall of seconds
-// on flash. Their order matters where two serve a query equally: the youngest is taken, and the pending rows
-// come by id as they would without an index. The partial ones cost the rows of other hours nothing.
-inline constexpr const char* kCreateHistoryIndexes[] = {
-    "CREATE INDEX IF NOT EXISTS tagYC_port ON tagYC(portNo)",
-    "CREATE INDEX IF NOT EXISTS tagYC_port_time ON tagYC(portNo,timestamp)",
-    "CREATE INDEX IF NOT EXISTS tagYC_port_pending ON tagYC(portNo) WHERE sendcount >= 1 AND sendcount < 6",
-    "CREATE INDEX IF NOT EXISTS tagYC_pending ON tagYC(id) WHERE sendcount >= 1 AND sendcount < 6",
-};
-
 // Columns in the order of `select *`.
 enum EHistoryColumn {
     kHistoryId,

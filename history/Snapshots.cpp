@@ -11,6 +11,7 @@
 #include "app/RuntimeData.h"
 #include "history/ChargingRecord.h"
 #include "history/HistoryDatabase.h"
+#include "history/HistoryIndexes.h"
 #include "points/ShmCtrl.h"
 
 namespace {
@@ -122,9 +123,10 @@ int CRuntimeData::ReadDBSingleYCdata(const char* date, int port, int hour, YcHis
         count = 1;
     } else {
         count = std::min({hours, table.Rows(), capacity});
+        const bool numbered = HasNumberedRows(database);
         int row = -1;
         for (int h = 0; h < count; ++h) {
-            row = NextById(table, row);
+            row = numbered ? NextById(table, row) : row + 1;
             FillHour(records[h], table, row, date, h);
         }
     }

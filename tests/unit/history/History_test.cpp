@@ -1,8 +1,12 @@
-// The history where a table of cases says more than a transcript: ports outside the station, memory, and a
-// file that cannot be looked at.
+// The history where a table of cases says more than a transcript: ports outside the station, indexes that may
+// not show, memory, and a file that cannot be looked at.
 #include <sqlite3.h>
 
+#include <algorithm>
 #include <filesystem>
+#include <numeric>
+#include <random>
+#include <regex>
 
 #include "System/AppFiles.h"
 #include "System/Numbers.h"
@@ -68,6 +72,108 @@ TEST_F(History, LivePartOfAnyPort) {
         }
 }
 
+// Our own table, and such as another program could have made.
+struct Layout {
+    const char* name;
+    const char* create;
+    const char* id;  // what a row begins with; # is a number
+    int indexes = 1;
+};
+constexpr char kRest[] =
+    "portNo INTERGER(1), sendcount INTEGER(1),mvalue,mvalue_1,mvalue_2,mvalue_3,mvalue_4,fvalue,fvalue_1,"
+    "fvalue_2,fvalue_3,fvalue_4,tradenumber,tradeelec,fretime,timestamp TimeStamp NOT NULL,chargeCnt,"
+    "chargeTime,dcK1Cnt,dcK2Cnt";
+constexpr char kCountIndexes[] = "SELECT count(*) FROM sqlite_master WHERE type='index' AND sql NOT NULL";
+void PrintTo(const Layout& layout, std::ostream* out) {
+    *out << layout.name;
+}
+constexpr Layout kLayouts[] = {
+    {"own", "id INTEGER PRIMARY KEY", "#", 4},
+    {"text", "id INT PRIMARY KEY", "#"},
+    {"descending", "id INTEGER PRIMARY KEY DESC", "#"},
+    {"plain", "id", "#%3"},
+    {"nulls", "id INTEGER UNIQUE", "NULLIF(#%3,#%3)"},
+    {"other", "number INTEGER PRIMARY KEY, id", "#, #%4"},
+    {"unnumbered", "number TEXT", "'x'"},
+};
+
+class CHistoryIndexes : public CHistory, public testing::WithParamInterface<Layout> {
+  protected:
+    std::string Any(std::initializer_list<const char*> values) {
+        return data(values)[m_random() % values.size()];
+    }
+    // A small table of few ports and times; its rows are told apart by their charge counts.
+    void MakeTable() {
+        fs::remove(m_file);
+        const std::string table = "CREATE TABLE tagYC(" + std::string(GetParam().create) + "," + kRest + ");";
+        std::string rows;
+        std::vector<int> numbers(1 + m_random() % 12);
+        std::iota(numbers.begin(), numbers.end(), 1);
+        std::shuffle(numbers.begin(), numbers.end(), m_random);
+        for (const int number : numbers)
+            rows +=
+                "INSERT INTO tagYC SELECT " +
+                std::regex_replace(GetParam().id, std::regex("#"), std::to_string(number)) + "," +
+                Any({"0", "1", "1", "2", "NULL"}) + "," + Any({"0", "1", "3", "5", "6", "NULL"}) +
+                ",0,0,0,0,0,0,0,0,0,0,'ab',NULL,'1','2024-03-0" +
+                Any({"4 00:00:01", "4 00:00:01", "4 01:00:02", "4 02:00:05", "5 00:00:09", "5 01:00:00"}) +
+                "'," + std::to_string(number) + "," + std::to_string(number) + ",NULL,7;";
+        RunSql(m_file, table + rows);
+    }
+    // All that the history can be asked, and what it leaves behind.
+    std::string Answers() {
+        std::string answers = Printed([this] {
+            for (const int port : {0, 1, 2})
+                for (const char* date : {"2024-03-04", "2024-03-05"})
+                    for (const int hour : {0, 1, 2, 23, 24}) {
+                        YcHistoryRecord records[24] = {};
+                        int count = 24;
+                        runtime.ReadDBSingleYCdata(date, port, hour, records, count);
+                        std::printf("%d\n", count);
+                    }
+            runtime.Checkcache();
+            YcHistoryRecord records[3] = {};
+            int count = 3;
+            runtime.ReadCacheYCdata(records, count);
+            for (const int port : {0, 1, 2}) runtime.DeletCacheData("2024-03-04 00:", port);
+        });
+        for (const std::string& row : QueryRows(m_file, "SELECT * FROM tagYC NOT INDEXED"))
+            answers += row + "\n";
+        return answers + errors;
+    }
+    // What a start-up takes over, and what else it prints.
+    std::string Start() {
+        runtime.k1Cnt = runtime.k2Cnt = {};
+        return Printed([this] { EXPECT_EQ(0, runtime.CheckYCDB()); });
+    }
+
+    std::mt19937 m_random{20240305};
+};
+
+TEST_P(CHistoryIndexes, ChangeNoAnswer) {
+    const std::string kept = kScratchDirectory + std::string("kept");
+    for (int round = 0; round < 25 && !HasFailure(); ++round) {
+        MakeTable();
+        fs::copy_file(m_file, kept, fs::copy_options::overwrite_existing);
+        if (round % 2 == 0) RunSql(m_file, "CREATE INDEX tagYC_port_time ON tagYC(portNo,timestamp)");
+        Start();
+        const std::string restored = Start();
+        EXPECT_EQ(GetParam().indexes, QueryNumber(m_file, kCountIndexes));
+        const std::string answers = Answers();
+
+        fs::copy_file(kept, m_file, fs::copy_options::overwrite_existing);
+        {
+            const CForeignLock reader(m_file, "BEGIN; SELECT * FROM tagYC");  // and so there is no index
+            EXPECT_EQ(Start(), restored) << round;
+        }
+        EXPECT_EQ(0, QueryNumber(m_file, kCountIndexes));
+        EXPECT_EQ(Answers(), answers) << round;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Of, CHistoryIndexes, testing::ValuesIn(kLayouts),
+                         [](const auto& layout) { return layout.param.name; });
+
 // A file that cannot be looked at may be fine: it is lost only when that goes on.
 TEST_F(History, FileThatCannotBeLookedAt) {
     constexpr struct {
@@ -112,6 +218,14 @@ class CHistoryOfYears : public CHistory {
     }
 };
 using HistoryOfYears = CHistoryOfYears;
+
+TEST_F(HistoryOfYears, GetsItsIndexesInLittleMemory) {
+    MakeRows(150000, 0);
+    EXPECT_GT(7 << 20, Peak([this] { Printed([this] { runtime.CheckYCDB(); }); }));
+    EXPECT_EQ(4, QueryNumber(m_file, kCountIndexes));
+    EXPECT_EQ("", errors);
+    EXPECT_EQ(1, std::distance(fs::directory_iterator(kAppDirectory), {}));  // no temporary file is left
+}
 
 TEST_F(HistoryOfYears, IsCountedAndResentInLittleMemory) {
     constexpr int kRows = 29200;
