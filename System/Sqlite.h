@@ -48,6 +48,7 @@ class CSqliteDb {
 
   private:
     friend class CSqliteTable;
+    friend class CSqlRows;
 
     void SetError(const char* text);
 

@@ -34,6 +34,7 @@
 #include "reports/SignalBodies.h"
 
 class CShmCTRL;
+struct SentRow;
 
 // Values of the charger kind.
 inline constexpr std::int32_t kDcCharger = 1;
@@ -183,7 +184,8 @@ class CRuntimeData {
     // Ends the resending of the port's records whose timestamp begins with `prefix`, and counts what remains
     // of that port. Returns SQLite's result code, also 0 when the file cannot be opened.
     int DeletCacheData(const char* prefix, int port);
-    // Fills `body` with the live charging record of `port`; `length` becomes its length.
+    // Fills `body` with the live charging record of `port`, which the station need not have: what no table
+    // holds for it is 0. `length` becomes its length.
     void BuildA1_16Record(RecordBody& body, std::uint32_t& length, std::uint32_t port);
     // Posts A1_16 with the live charging record of `port`.
     void Send_A1_16(std::uint32_t port);
@@ -233,7 +235,7 @@ class CRuntimeData {
     void RestoreCountersOf(int port, CSqliteDb& database);
     int FormatDayQuery(CSqlTextBase& sql, const char* date, int port);
     void FillHour(YcHistoryRecord& record, const CSqliteTable& table, int row, const char* date, int h);
-    void RaiseSendCounts(CSqliteDb& database, const CSqliteTable& table, int count);
+    void RaiseSendCounts(CSqliteDb& database, const SentRow* rows, int count);
     void PutLiveField(RecordBody& body, const RecordField& field, std::uint32_t port);
 
     PortState& Port(int port) { return m_ports[static_cast<std::size_t>(port)]; }

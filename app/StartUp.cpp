@@ -1,7 +1,6 @@
 #include "app/StartUp.h"
 
 #include <malloc.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -10,6 +9,7 @@
 #include "System/DateTime.h"
 #include "System/DiagLine.h"
 #include "app/RuntimeData.h"
+#include "history/HistoryDatabase.h"
 
 namespace {
 
@@ -29,10 +29,9 @@ void KeepHeapLevel() {
 void PrepareHistory(CRuntimeData& runtime) {
     const CAppPath path(kHistoryFile);
     PrintPlain("%s", path.c_str());
-    struct stat file {};
     if (access(path.c_str(), F_OK) != 0) {
         PrintPlain("zorycdata.db is not exist!!!");
-    } else if (stat(path.c_str(), &file) != 0 || file.st_size == 0) {
+    } else if (IsHistoryBroken(path.c_str())) {
         PrintPlain("zorycdata.db is broken, so remove zorycdata.db");
         std::remove(path.c_str());
     } else if (runtime.CheckYCDB() == 0) {

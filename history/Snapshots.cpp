@@ -11,6 +11,7 @@
 #include "app/RuntimeData.h"
 #include "history/ChargingRecord.h"
 #include "history/HistoryDatabase.h"
+#include "history/HistoryIndexes.h"
 #include "points/ShmCtrl.h"
 
 namespace {
@@ -117,13 +118,15 @@ int CRuntimeData::ReadDBSingleYCdata(const char* date, int port, int hour, YcHis
         std::snprintf(asked, sizeof asked, "%s %02d:00:00", date, hour);
         MarkMissing(records[0], asked);
     } else if (hour != kWholeDay) {
-        FillRecord(records[0], table, 0, __func__);
+        FillRecord(records[0], HistoryCellsOf(table, 0));
+        PrintRecord(records[0], __func__);
         count = 1;
     } else {
         count = std::min({hours, table.Rows(), capacity});
+        const bool numbered = HasNumberedRows(database);
         int row = -1;
         for (int h = 0; h < count; ++h) {
-            row = NextById(table, row);
+            row = numbered ? NextById(table, row) : row + 1;
             FillHour(records[h], table, row, date, h);
         }
     }
@@ -162,7 +165,8 @@ void CRuntimeData::FillHour(YcHistoryRecord& record, const CSqliteTable& table, 
     CDiagLine(kOperation).Print("timeStr:%s\n", prefix);
     const char* timestamp = table.Cell(row, kHistoryTimestamp);
     if (timestamp != nullptr && std::strstr(timestamp, prefix) != nullptr) {
-        FillRecord(record, table, row, kOperation);
+        FillRecord(record, HistoryCellsOf(table, row));
+        PrintRecord(record, kOperation);
         return;
     }
     char asked[48];  // the prefix brings a colon of its own

@@ -3,6 +3,7 @@
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <sys/msg.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <atomic>
@@ -14,6 +15,8 @@ namespace {
 int nextError = 0;
 bool unlockFails = false;
 int failingReads = 0;
+std::string unseenFile;
+int failingStats = 0;
 std::atomic<std::uint64_t> allocations{0};
 
 bool Fails() {
@@ -40,6 +43,11 @@ void FailReads(int count) {
 
 void FailNextUnlock() {
     unlockFails = true;
+}
+
+void FailStats(const std::string& file, int count) {
+    unseenFile = file;
+    failingStats = count;
 }
 
 std::uint64_t Allocations() {
@@ -81,6 +89,17 @@ int Fcntl(int file, int command, void* argument) {
         return -1;
     }
     return Real<int(int, int, void*)>("fcntl64")(file, command, argument);
+}
+
+// With the name that it has where files can be large.
+int Stat(const char* path, struct stat* found) __asm__("stat64");
+int Stat(const char* path, struct stat* found) {
+    if (failingStats > 0 && path == unseenFile) {
+        --failingStats;
+        errno = EIO;
+        return -1;
+    }
+    return Real<int(const char*, struct stat*)>("stat64")(path, found);
 }
 
 #ifdef ZOR_ADDRESS_SANITIZER

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 // The next call of msgget, msgsnd or msgrcv, whichever comes first, fails with this errno; later ones work
 // again.
@@ -12,6 +13,9 @@ void FailReads(int count);
 
 // The next call that gives up a lock on a file fails, without doing so.
 void FailNextUnlock();
+
+// The next so many `stat` calls on `file` fail.
+void FailStats(const std::string& file, int count);
 
 // How often the process allocated memory so far.
 std::uint64_t Allocations();
