@@ -64,3 +64,10 @@ std::string Masked(const std::string& output) {
     static const std::regex numbers("((\033\\[1;32;40m\\w+)\\.[0-9]+|(Line): [0-9]+)(: |, )");
     return std::regex_replace(output, numbers, "$2$3.#$4");
 }
+
+std::string Plain(const std::string& output) {
+    static const std::regex lineBreak("\n\033\\[0m\r\n");
+    static const std::regex line("\033\\[1;32;40m(\\w+)\\.#: ([^\033]*)\033\\[0m\r\n");
+    return std::regex_replace(std::regex_replace(Masked(output), lineBreak, "\\n\033[0m\r\n"), line,
+                              "$1: $2\n");
+}

@@ -26,3 +26,7 @@ Captured Capture(const std::function<void()>& run);
 
 // `output` with every source line number replaced by '#', in headers and in the one text that has one.
 std::string Masked(const std::string& output);
+
+// `output` as people read it: diagnostic lines as "Operation: text", without colours and source lines; a line
+// break inside a text as "\n".
+std::string Plain(const std::string& output);
