@@ -71,3 +71,14 @@ std::string Plain(const std::string& output) {
     return std::regex_replace(std::regex_replace(Masked(output), lineBreak, "\\n\033[0m\r\n"), line,
                               "$1: $2\n");
 }
+
+std::vector<std::vector<std::string>> Table(const std::string& lines) {
+    static const std::regex bar(" *\\| *");
+    std::vector<std::vector<std::string>> table;
+    std::istringstream input(lines);
+    for (std::string line; std::getline(input, line);)
+        if (!line.empty())
+            table.emplace_back(std::sregex_token_iterator(line.begin(), line.end(), bar, -1),
+                               std::sregex_token_iterator());
+    return table;
+}

@@ -17,6 +17,9 @@ inline std::string ToHex(const Bytes& bytes) {
     return ToHex(bytes.data(), bytes.size());
 }
 
+// The lines of a table, each as its cells: what stands between bars, without the blanks around it.
+std::vector<std::vector<std::string>> Table(const std::string& lines);
+
 // What `run` writes to standard output and standard error.
 struct Captured {
     std::string out;

@@ -10,11 +10,7 @@
 namespace {
 
 TEST(Numbers, OfTexts) {
-    const struct {
-        const char* text;
-        std::uint32_t whole;
-        std::int32_t withSign;
-    } kCases[] = {
+    const std::tuple<const char*, std::uint32_t, std::int32_t> kCases[] = {
         {"x", 0, 0},
         {"12abc", 12, 12},
         {"+7", 7, 7},
@@ -25,11 +21,10 @@ TEST(Numbers, OfTexts) {
         {"-2147483649", 2147483647, INT32_MIN},
         {"4294967297", 4294967295, INT32_MAX},
         {"99999999999999999999999", 4294967295, INT32_MAX},
-        {"-99999999999999999999999", 4294967295, INT32_MIN},
-    };
-    for (const auto& c : kCases) {
-        EXPECT_EQ(c.whole, ParseUInt32(c.text)) << c.text;
-        EXPECT_EQ(c.withSign, ParseInt32(c.text)) << c.text;
+        {"-99999999999999999999999", 4294967295, INT32_MIN}};
+    for (const auto& [text, whole, withSign] : kCases) {
+        EXPECT_EQ(whole, ParseUInt32(text)) << text;
+        EXPECT_EQ(withSign, ParseInt32(text)) << text;
     }
 }
 
@@ -45,27 +40,21 @@ TEST(Numbers, TwoCharactersPerByte) {
 
 // Delimiters are used one after the other.
 TEST(StringToolkit, Split) {
-    const struct {
-        const char* delimiters;
-        const char* text;
-        const char* pieces;
-    } kCases[] = {
-        {"=", "a=b=c", "<a><b=c>"},
-        {"=", "key=", "<key><>"},
-        {"=", "=5", "<><5>"},
-        {"=", "abc", "<abc>"},
-        {"=", "", ""},
-        {"", "a=b", "<a=b>"},
-        {",;", "a,b;c", "<a><b><c>"},
-        {";,", "a,b;c", "<a,b><c>"},
-        {",,", "a,,b", "<a><><b>"},
-    };
-    for (const auto& c : kCases) {
+    const std::tuple<const char*, const char*, const char*> kCases[] = {{"=", "a=b=c", "<a><b=c>"},
+                                                                        {"=", "key=", "<key><>"},
+                                                                        {"=", "=5", "<><5>"},
+                                                                        {"=", "abc", "<abc>"},
+                                                                        {"=", "", ""},
+                                                                        {"", "a=b", "<a=b>"},
+                                                                        {",;", "a,b;c", "<a><b><c>"},
+                                                                        {";,", "a,b;c", "<a,b><c>"},
+                                                                        {",,", "a,,b", "<a><><b>"}};
+    for (const auto& [delimiters, text, pieces] : kCases) {
         CStringList list;
-        CStringList::Split(CString(c.text), c.delimiters, list);
-        std::string pieces;
-        for (int i = 0; i < list.Count(); ++i) pieces += '<' + std::string(list.At(i).c_str()) + '>';
-        EXPECT_EQ(c.pieces, pieces) << c.delimiters << ' ' << c.text;
+        CStringList::Split(CString(text), delimiters, list);
+        std::string all;
+        for (int i = 0; i < list.Count(); ++i) all += '<' + std::string(list.At(i).c_str()) + '>';
+        EXPECT_EQ(pieces, all);
         EXPECT_TRUE(list.At(list.Count()) == "" && list.At(-1) == "");
     }
 }

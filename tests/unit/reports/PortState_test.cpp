@@ -15,50 +15,42 @@ TEST_F(PortState, BodyAndLine) {
     EXPECT_THAT(Take(), testing::ElementsAre("A1_14 " + kEquipmentHex + "02 01 00 e8 03 00 02 00 00 01"));
 }
 
-// It goes out when the code of a port changes: by the gun state, and 1 with a fault or an unknown state.
+// It goes out when the code of a port changes: by the gun state of port 2, and 1 with a fault or an unknown
+// state. The fault of a port is its own, the two of the station are everybody's, an alarm is none. Codes
+// posted before are remembered over a time without reports. Shown is the code that each of the two ports
+// reports then.
 TEST_F(PortState, Changes) {
-    enum EWhat { kGun, kSignal, kReport };
-    const struct {
-        EWhat what;
-        int place;
-        std::uint8_t value;
-        const char* codes;  // that ports 1 and 2 report then
-    } kSteps[] = {
-        {kReport, 0, 1, "02 02"},
-        {kGun, 2, 1, "- 03"},
-        {kGun, 2, 2, "- 05"},
-        {kGun, 2, 3, "- 06"},
-        {kGun, 2, 4, "- 01"},
-        {kGun, 2, 7, "- -"},
-        {kGun, 2, 0, "- 02"},
-        // The fault of a port is its own, the two of the station are everybody's; an alarm is none.
-        {kSignal, 227, 2, "- 01"},
-        {kSignal, 227, 0, "- 02"},
-        {kSignal, 99, 1, "01 -"},
-        {kSignal, 99, 0, "02 -"},
-        {kSignal, 20, 1, "01 01"},
-        {kSignal, 20, 0, "02 02"},
-        {kSignal, 0, 1, "01 01"},
-        {kSignal, 0, 0, "02 02"},
-        {kSignal, 21, 1, "- -"},
-        // Codes posted before are remembered over a time without reports.
-        {kReport, 0, 0, "- -"},
-        {kGun, 2, 1, "- -"},
-        {kReport, 0, 2, "- -"},
-        {kGun, 2, 0, "- -"},
-        {kReport, 0, 1, "- -"},
-        {kGun, 2, 1, "- 03"},
-    };
-    for (const auto& step : kSteps) {
-        if (step.what == kGun) live.SetGunState(step.place, step.value);
-        if (step.what == kSignal) live.SetSignal(step.place, step.value);
-        if (step.what == kReport) runtime.m_sendflag = step.value;
-        std::string codes;
-        for (const int port : {1, 2}) {
+    for (const auto& row : Table(R"(
+report     1 | 02 02
+gun        1 | - 03
+gun        2 | - 05
+gun        3 | - 06
+gun        4 | - 01
+gun        7 | - -
+gun        0 | - 02
+signal 227 2 | - 01
+signal 227 0 | - 02
+signal  99 1 | 01 -
+signal  99 0 | 02 -
+signal  20 1 | 01 01
+signal  20 0 | 02 02
+signal   0 1 | 01 01
+signal   0 0 | 02 02
+signal  21 1 | - -
+report     0 | - -
+gun        1 | - -
+report     2 | - -
+report     1 | - 03)")) {
+        const auto value = static_cast<std::uint8_t>(row[0].back() - '0');
+        if (row[0][0] == 'g') live.SetGunState(2, value);
+        if (row[0][0] == 's') live.SetSignal(std::stoi(row[0].substr(7, 3)), value);
+        if (row[0][0] == 'r') runtime.m_sendflag = value;
+        const auto code = [this](int port) {
             const auto posted = Posted([this, port] { runtime.Send_DC_A1_14(port); });
-            codes += (port == 1 ? "" : " ") + (posted.empty() ? "-" : posted[0].substr(48, 2));
-        }
-        EXPECT_EQ(step.codes, codes) << &step - kSteps;
+            return posted.empty() ? "-" : posted[0].substr(48, 2);
+        };
+        const std::string first = code(1);
+        EXPECT_EQ(row[1], first + ' ' + code(2)) << row[0];
     }
 }
 
