@@ -82,3 +82,14 @@ std::vector<std::vector<std::string>> Table(const std::string& lines) {
                                std::sregex_token_iterator());
     return table;
 }
+
+std::string Texts(const std::string& plain, const std::string& operation) {
+    std::string texts;
+    std::istringstream input(plain);
+    for (std::string line; std::getline(input, line);) {
+        if (line.rfind(operation + ": ", 0) != 0) continue;
+        texts += (texts.empty() ? "" : ";") + line.substr(operation.size() + 2);
+        if (texts.rfind("\\n") == texts.size() - 2) texts.resize(texts.size() - 2);
+    }
+    return texts;
+}

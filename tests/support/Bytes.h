@@ -33,3 +33,5 @@ std::string Masked(const std::string& output);
 // `output` as people read it: diagnostic lines as "Operation: text", without colours and source lines; a line
 // break inside a text as "\n".
 std::string Plain(const std::string& output);
+// The texts of the lines of one operation in such an output, joined by ';', without line breaks of their own.
+std::string Texts(const std::string& plain, const std::string& operation);

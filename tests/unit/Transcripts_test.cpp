@@ -429,8 +429,8 @@ TEST_P(CTranscript, IsWhatHappens) {
 INSTANTIATE_TEST_SUITE_P(
     Transcripts, CTranscript,
     testing::Values("csv", "decode", "init", "log", "main", "names", "play", "scenario", "status", "use",
-                    "values", "watch", "runtime/events", "runtime/history", "runtime/locks", "runtime/plans",
-                    "runtime/quiet", "runtime/records", "runtime/walks"),
+                    "values", "watch", "runtime/events", "runtime/locks", "runtime/plans",
+                    "runtime/quiet", "runtime/walks"),
     [](const auto& transcript) { return std::regex_replace(transcript.param, std::regex("/"), "_"); });
 
 }  // namespace
