@@ -88,8 +88,8 @@ std::string Texts(const std::string& plain, const std::string& operation) {
     std::istringstream input(plain);
     for (std::string line; std::getline(input, line);) {
         if (line.rfind(operation + ": ", 0) != 0) continue;
-        texts += (texts.empty() ? "" : ";") + line.substr(operation.size() + 2);
-        if (texts.rfind("\\n") == texts.size() - 2) texts.resize(texts.size() - 2);
+        texts += (texts.empty() ? "" : ";") +
+                 line.substr(operation.size() + 2, line.rfind("\\n") - operation.size() - 2);
     }
     return texts;
 }

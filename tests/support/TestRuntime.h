@@ -2,6 +2,7 @@
 // both.
 #pragma once
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <array>
@@ -79,15 +80,8 @@ class CEmptyStationTest : public testing::Test {
     }
     void TearDown() override { CleanStation(); }
 
-    // What `run` prints, source lines masked; `errors` becomes what it prints on standard error.
+    // What `run` prints, as Plain shows it; `errors` becomes what it prints on standard error.
     std::string Printed(const std::function<void()>& run) {
-        const Captured captured = Capture(run);
-        errors = captured.err;
-        return Masked(captured.out);
-    }
-
-    // The same as Plain shows it.
-    std::string Said(const std::function<void()>& run) {
         const Captured captured = Capture(run);
         errors = captured.err;
         return Plain(captured.out);
@@ -149,7 +143,7 @@ class CStationTest : public CEmptyStationTest {
     // What a command of zor_main, given in hexadecimal, makes the process print or post.
     std::string SaidTo(const std::string& frame) {
         EXPECT_TRUE(SendFrame(Hex(frame)));
-        return Said([this] { runtime.MsgRcvFromMain(); });
+        return Printed([this] { runtime.MsgRcvFromMain(); });
     }
     std::vector<std::string> PostedTo(const std::string& frame) {
         SaidTo(frame);

@@ -1,11 +1,9 @@
 // The history database at start-up, the hourly rows, and the charging record that a row or the live values
 // give.
-#include <gmock/gmock.h>
-
 #include <filesystem>
 #include <fstream>
 #include <map>
-#include <regex>
+#include <sstream>
 
 #include "app/StartUp.h"
 #include "tests/support/LibcHooks.h"
@@ -43,11 +41,11 @@ class CHistoryRecords : public CStationTest {
     }
     // Values of port 2 in all places of a record, with some next to them that no record takes.
     void FillPort2() {
-        const std::pair<int, std::uint32_t> kRaws[] = {
-            {301, 173},        {320, 4294967295}, {321, 193},        {322, 194},       {323, 195},
-            {281, 2684354713}, {282, 154},        {284, 156},        {285, 157},       {286, 158},
-            {339, 2684354771}, {340, 2684354772}, {264, 4294967295}, {305, 2684354737}};
-        for (const auto& [point, raw] : kRaws) live.SetYc(point, raw);
+        std::istringstream raws(
+            "301 173 320 4294967295 321 193 322 194 323 195 281 2684354713 282 154 284 156 285 157 286 158 "
+            "339 2684354771 340 2684354772 264 4294967295 305 2684354737");
+        for (std::uint32_t point = 0, raw = 0; raws >> point >> raw;)
+            live.SetYc(static_cast<int>(point), raw);
         live.SetDd(32, 72623859790382856);
         live.SetDd(34, 1230066625199609624);
         SetArea(281, "2023-08-30 09:59:58");
@@ -66,46 +64,40 @@ class CHistoryRecords : public CStationTest {
 };
 using HistoryRecords = CHistoryRecords;
 
-// What is there, and the lines of a start: a file that is none of ours, or old, gives way to a new one.
+// What is there, what is said of it, and whether it gives way to a new file.
 TEST_F(HistoryRecords, FilesAtStartUp) {
     MakeConfig(1);
-    std::map<std::string, std::string> lines = {
-        {"none", "zorycdata.db is not exist!!!"},
-        {"broken", "zorycdata.db is broken, so remove zorycdata.db"},
-        {"opened", "CheckYCDB: You have opened zorycdata.db successfully!"},
-        {"fail", "CheckYCDB: sqlite3_get_table Fail:\\n"},
-        {"old", "CheckYCDB: tagYC is old, so remove it!"},
-        {"keep", "CheckYCDB: tagYC is new, so keep it!"},
-        {"error", "CheckYCDB: tagYC get port: 0 data error:no such column: portNo"},
-        {"made", "InitYcHistoryDatabase: You have opened zorycdata.db successfully!"}};
     for (const auto& row : Table(R"(
-nothing                                                                     | none made
-empty                                                                       | broken made
-text                                                                        | opened fail old made
-CREATE TABLE tagYC(portNo, chargeCnt); INSERT INTO tagYC VALUES(1, 2) --cut | opened fail old made
-CREATE TABLE other(a)                                                       | opened fail old made
-CREATE TABLE tagYC(portNo, chargeCnt)                                       | opened old made
-CREATE TABLE tagYC(portNo, chargecnt); INSERT INTO tagYC VALUES(1, 2)       | opened old made
-CREATE TABLE tagYC(a, chargeCnt); INSERT INTO tagYC VALUES(1, 2)            | opened keep error)")) {
+nothing               | zorycdata.db is not exist!!!                                                  | new
+empty                 | zorycdata.db is broken, so remove zorycdata.db                                | new
+text                  | You have opened zorycdata.db successfully!;sqlite3_get_table Fail:;tagYC is old, so remove it! | new
+other(a)              | You have opened zorycdata.db successfully!;sqlite3_get_table Fail:;tagYC is old, so remove it! | new
+tagYC(portNo, chargeCnt); INSERT INTO tagYC VALUES(1, 2) --cut | You have opened zorycdata.db successfully!;sqlite3_get_table Fail:;tagYC is old, so remove it! | new
+tagYC(portNo, chargeCnt) | You have opened zorycdata.db successfully!;tagYC is old, so remove it! | new
+tagYC(portNo, chargecnt); INSERT INTO tagYC VALUES(1, 2) | You have opened zorycdata.db successfully!;tagYC is old, so remove it! | new
+tagYC(a, chargeCnt); INSERT INTO tagYC VALUES(1, 2) | You have opened zorycdata.db successfully!;tagYC is new, so keep it!;tagYC get port: 0 data error:no such column: portNo)")) {
         std::filesystem::remove(kFile);
-        if (row[0][0] == 'C') Sql(row[0]);
+        if (row[0].find('(') != std::string::npos) Sql("CREATE TABLE " + row[0]);
         if (row[0].find("--cut") != std::string::npos)
             std::fstream(kFile).seekp(4096) << std::string(4096, 'x');
         if (row[0] == "empty" || row[0] == "text")
             WriteText(kFile, std::string(row[0] == "text" ? 4096 : 0, 'x'));
-        std::string expected = kFile + '\n';
-        std::istringstream words(row[1]);
-        for (std::string word; words >> word;) expected += lines[word] + '\n';
-        EXPECT_THAT(Said([this] { StartUp(runtime); }), EndsWith(expected)) << row[0];
+        const std::string said = Printed([this] { StartUp(runtime); });
+        const std::string texts = Texts(said, "CheckYCDB");
+        EXPECT_TRUE(texts.empty() ? said.find(kFile + '\n' + row[1] + '\n') != std::string::npos
+                                  : texts == row[1])
+            << said;
         const auto table = Rows("SELECT sql FROM sqlite_master WHERE type='table'");
         EXPECT_EQ(
-            row[1].find("made") != std::string::npos,
-            table ==
-                std::vector<std::string>{
-                    R"(CREATE TABLE tagYC(id INTEGER PRIMARY KEY,portNo INTERGER(1), sendcount INTEGER(1),mvalue TEXT(20),mvalue_1 TEXT(20),)"
-                    R"(mvalue_2 TEXT(20),mvalue_3 TEXT(20),mvalue_4 TEXT(20),fvalue TEXT(20),fvalue_1 TEXT(20),fvalue_2 TEXT(20),fvalue_3 TEXT(20),)"
-                    R"(fvalue_4 TEXT(20),tradenumber TEXT(40),tradeelec TEXT(20),fretime TEXT(40),timestamp TimeStamp NOT NULL DEFAULT )"
-                    R"((datetime('now','localtime')),chargeCnt TEXT(40),chargeTime TEXT(40),dcK1Cnt TEXT(40),dcK2Cnt TEXT(40)))"});
+            row.back() == "new",
+            table[0] ==
+                R"(CREATE TABLE tagYC(id INTEGER PRIMARY KEY,portNo INTERGER(1), sendcount INTEGER(1),)"
+                R"(mvalue TEXT(20),mvalue_1 TEXT(20),mvalue_2 TEXT(20),mvalue_3 TEXT(20),mvalue_4 TEXT(20),fvalue TEXT(20),fvalue_1 TEXT(20),)"
+                R"(fvalue_2 TEXT(20),fvalue_3 TEXT(20),fvalue_4 TEXT(20),tradenumber TEXT(40),tradeelec TEXT(20),fretime TEXT(40),)"
+                R"(timestamp TimeStamp NOT NULL DEFAULT (datetime('now','localtime')),chargeCnt TEXT(40),chargeTime TEXT(40),dcK1Cnt TEXT(40),dcK2Cnt TEXT(40)))")
+            << row[0];
+        EXPECT_EQ(row.back() == "new" ? "You have opened zorycdata.db successfully!" : "",
+                  Texts(said, "InitYcHistoryDatabase"));
     }
     EXPECT_EQ("zor_runtime: zorycdata.db stays slow without its indexes: no such column: portNo\n", errors);
     Printed([this] { runtime.InitYcHistoryDatabase(); });
@@ -120,18 +112,18 @@ TEST_F(HistoryRecords, Counters) {
     runtime.k2Cnt = {20, 21, 22, 23};
     const auto check = [this](int ports) {
         runtime.m_portCount = ports;
-        return Said([this] { EXPECT_EQ(0, runtime.CheckYCDB()); });
+        const std::string said = Printed([this] { EXPECT_EQ(0, runtime.CheckYCDB()); });
+        return said.substr(said.find("keep it!\n") + 9);
     };
-    EXPECT_THAT(check(1), EndsWith("!\nCheckYCDB: port:0 get k1Cnt:1010 k2Cnt:2020 from tagYC!\\n\n"));
-    EXPECT_THAT(check(3), EndsWith(R"(!
-CheckYCDB: port:1 get k1Cnt:111 k2Cnt:221 from tagYC!\n
-CheckYCDB: port:2 get k1Cnt:12 k2Cnt:-2147483627 from tagYC!\n
-CheckYCDB: tagYC get port: 3 no data!\n
-)"));
+    EXPECT_EQ("CheckYCDB: port:0 get k1Cnt:1010 k2Cnt:2020 from tagYC!\\n\n", check(1));
+    EXPECT_EQ(
+        "port:1 get k1Cnt:111 k2Cnt:221 from tagYC!;port:2 get k1Cnt:12 k2Cnt:-2147483627 from tagYC!;tagYC "
+        "get port: 3 no data!",
+        Texts(check(3), "CheckYCDB"));
     EXPECT_THAT(runtime.k1Cnt, ElementsAre(1010, 111, 12, 13, 0, 0, 0, 0, 0));
     EXPECT_THAT(runtime.k2Cnt, ElementsAre(2020, 221, -2147483627, 23, 0, 0, 0, 0, 0));
     Sql("DELETE FROM tagYC WHERE portNo = 0");
-    EXPECT_THAT(check(1), EndsWith("\nCheckYCDB: tagYC get port:0 no data!\n"));
+    EXPECT_EQ("CheckYCDB: tagYC get port:0 no data!\n", check(1));
 }
 
 // Busy is not old, nor is what cannot be read for less than a second; a file that is lost is.
@@ -197,45 +189,40 @@ TEST_F(HistoryRecords, RowsAndLiveRecordsOfTheHour) {
     EXPECT_THAT(last, EndsWith(" 04 03 02 01 fe ff ff ff"));
 }
 
-TEST_F(HistoryRecords, LinesOfTheHour) {
-    runtime.m_portCount = 1;
-    runtime.SetChargerKind(kAcCharger);
-    SetClock("2023-08-30 10:00:59");
-    const std::string said = Said([this] { runtime.SchedulerTick(); });
-    EXPECT_EQ(
-        "InsertYC: InsertYc You have opened zorycdata.db successfully!\n"
-        "InsertYC: sqlcommand is INSERT INTO tagYC(" +
-            kColumns +
-            ") values('0','0','0','0','0','0','0','0','0','0','0','0',"
-            "'00000000000000000000000000000000','0','','0','0','0','0')\\n\nSend_A1_16: msgcode: 34520 "
-            "data:\n" +
-            Take().at(0).substr(6) + " \n",
-        said);
-}
-
 // One at minute 0 of a new hour, none for one that comes again; a count at minute 40; the row of midnight is
 // pending.
 TEST_F(HistoryRecords, MinutesOfTheHour) {
     runtime.m_portCount = 1;
-    runtime.SetChargerKind(0);
+    runtime.SetChargerKind(kAcCharger);
     runtime.SetLastHour(9);
-    runtime.m_sendflag = 0;
+    const std::map<std::string, std::string> kLines = {
+        {"row",
+         "InsertYC: InsertYc You have opened zorycdata.db successfully!\nInsertYC: sqlcommand is INSERT INTO "
+         "tagYC(" +
+             kColumns +
+             ") "
+             "values('0','0','0','0','0','0','0','0','0','0','0','0','00000000000000000000000000000000','0','"
+             "','0','0','0','0')\\n\n"},
+        {"count", "Checkcache: /mnt/nandflash/app/zorycdata.db\nCheckcache: cache data is empty!\n"}};
     for (const auto& row : Table(R"(
-2023-08-30 10:00:59 | InsertYC: 
+2023-08-30 10:00:59 | row
 2023-08-30 09:59:00 |
 2023-08-30 10:00:00 |
 2023-08-30 10:39:59 |
-2023-08-30 10:40:59 | Checkcache: /mnt/nandflash/app/zorycdata.db
+2023-08-30 10:40:59 | count
 2023-08-30 10:40:59 |
 2023-08-30 11:01:00 |
-2023-08-30 00:40:00 | Checkcache: /mnt/nandflash/app/zorycdata.db
-2023-08-31 00:00:00 | InsertYC: )")) {
+2023-08-30 00:40:00 | count)")) {
         SetClock(row[0].c_str());
-        const std::string said = Said([this] { runtime.SchedulerTick(); });
-        EXPECT_EQ(row.size() == 1, said.empty()) << row[0] << said;
-        EXPECT_THAT(said, testing::StartsWith(row.back() == row[0] ? "" : row[1]));
+        runtime.m_sendflag = 0;
+        EXPECT_EQ(row.size() == 1 ? "" : kLines.at(row[1]), Printed([this] { runtime.SchedulerTick(); }))
+            << row[0];
     }
     EXPECT_TRUE(Take().empty());
+    runtime.m_sendflag = 1;
+    SetClock("2023-08-31 00:00:00");
+    const std::string said = Printed([this] { runtime.SchedulerTick(); });
+    EXPECT_THAT(said, EndsWith("Send_A1_16: msgcode: 34520 data:\n" + Take().at(0).substr(6) + " \n"));
     EXPECT_THAT(Rows("SELECT timestamp, sendcount FROM tagYC"),
                 ElementsAre("2023-08-30 10:00:59|0", "2023-08-31 00:00:00|1"));
 }
@@ -251,47 +238,31 @@ TEST_F(HistoryRecords, StoredRecord) {
         "6b 6a 69 68 67 66 65 64 63 62 61 39 38 37 36 35 34 33 32 31 30 08 07 06 05 04 03 02 01 01 ff ee "
         "1d 1c 1b 1a 19 18 17 16 15 14 13 12 11 10 fe ff ff ff 90 00 30 80 00 23 20 88 77 66 55 44 33 22 "
         "11 04 03 02 01 03 00 00 00 fc ff ff ff ff ff ff 7f";
-    const std::string kRow = R"(READ: tradenum:101112131415161718191a1b1c1deeff\n
-READ: tradeelec:-2\n
-READ: fretime:2023-08-30 09:59:58\n
-READ: collecttime:2023-08-30 00:00:03\n
-READ: chargeCnt:16909060\n
-READ: chargeTime:3\n
-READ: k1Cnt:-4\n
-READ: k2Cnt:2147483647\n
-)";
-    const auto lines = [&](const char* by, const std::string& text) {
-        return std::regex_replace(std::regex_replace(text, std::regex("ROW\n"), kRow), std::regex("READ"),
-                                  by);
-    };
-    EXPECT_THAT(SaidTo("08 00 85 2c 02 30 08 23 20 00"), EndsWith(lines("ReadDBSingleYCdata", R"(msg:34092\n
-MsgCall_A1_16: Rcv:20-23-08-30\n
-READ: You have opened zorycdata.db successfully!
-ROW
-MsgCall_A1_16: Read History YCdata lenth:1\n
-MsgCall_A1_16: collecttime :2023-08-30 00:00:03\n
-MsgCall_A1_16: tradenumber:101112131415161718191a1b1c1deeff\n
-MsgCall_A1_16: fretime:2023-08-30 09:59:58\n
-)")));
+    const std::string kRow =
+        "tradenum:101112131415161718191a1b1c1deeff;tradeelec:-2;fretime:2023-08-30 09:59:58;"
+        "collecttime:2023-08-30 00:00:03;chargeCnt:16909060;chargeTime:3;k1Cnt:-4;k2Cnt:2147483647";
+    const std::string kRecord =
+        ";collecttime :2023-08-30 00:00:03;tradenumber:101112131415161718191a1b1c1deeff";
+    std::string said = SaidTo("08 00 85 2c 02 30 08 23 20 00");
+    EXPECT_EQ("You have opened zorycdata.db successfully!;" + kRow, Texts(said, "ReadDBSingleYCdata"));
+    EXPECT_EQ("Rcv:20-23-08-30;Read History YCdata lenth:1" + kRecord + ";fretime:2023-08-30 09:59:58",
+              Texts(said, "MsgCall_A1_16"));
     EXPECT_THAT(Records([] {}), ElementsAre(kStored));
     runtime.m_datacache = 1;
-    EXPECT_EQ(lines("ReadCacheYCdata", R"(READ: You have opened zorycdata.db successfully!---
-ROW
-READ: get tagYC 1 data!\n
-READ: updates 7 data OK!\n
-History_A1_16: _YCDB Count:1\n
-History_A1_16: collecttime :2023-08-30 00:00:03\n
-History_A1_16: tradenumber:101112131415161718191a1b1c1deeff\n
-10 11 12 13 14 15 16 17 18 19 1a 1b 1c 1d ee ff History_A1_16: fretime:2023-08-30 09:59:58\n
-)"),
-              Said([this] { runtime.History_A1_16(); }));
+    said = Printed([this] { runtime.History_A1_16(); });
+    EXPECT_EQ(
+        "You have opened zorycdata.db successfully!---;" + kRow + ";get tagYC 1 data!;updates 7 data OK!",
+        Texts(said, "ReadCacheYCdata"));
+    EXPECT_EQ("_YCDB Count:1" + kRecord, Texts(said, "History_A1_16"));
+    EXPECT_THAT(said, EndsWith("\n10 11 12 13 14 15 16 17 18 19 1a 1b 1c 1d ee ff History_A1_16: "
+                               "fretime:2023-08-30 09:59:58\\n\n"));
     EXPECT_THAT(Records([] {}), ElementsAre(kStored));
     // Texts longer than their fields, and numbers beyond theirs.
     const std::string n500(500, '7');
     Sql("DELETE FROM tagYC; INSERT INTO tagYC(portNo,tradenumber,tradeelec,fretime,timestamp,mvalue) "
         "VALUES(1,'" +
         n500 + "','99999999999','" + n500 + "','2023-08-30 09:" + n500 + "','99999999999999999999')");
-    const std::string said = SaidTo("08 00 85 2c 01 30 08 23 20 0a");
+    said = SaidTo("08 00 85 2c 01 30 08 23 20 0a");
     for (const auto& [head, length] :
          {std::pair{"tradenum:", 39}, {"fretime:", 20}, {"collecttime:2023-08-30 09:", 16}})
         EXPECT_THAT(said, HasSubstr(head + n500.substr(0, static_cast<std::size_t>(length)) + "\\n"));

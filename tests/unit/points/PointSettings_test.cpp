@@ -102,7 +102,7 @@ TEST_F(PointSettings, TablesOfTheKind) {
                           (fits ? kNode + kNode : "InitPointSettingYC: sqlite3_get_table Fail:\\n\n") +
                           kPath + "Load" + kOpened + "Load: database:" + (kind == kAcCharger ? "AC" : "DC") +
                           "\nLoad: init YC realdatabase scussessful!\n",
-                      Said([&] {
+                      Printed([&] {
                           runtime.InitPointSettingYX();
                           runtime.InitPointSettingYC();
                           database.Load("", kind);

@@ -99,8 +99,7 @@ TEST_F(Schedule, OtherKindsAndStationsWithoutAPort) {
         {0, 1, "A1_13/0: 601\n"},
         {kAcCharger, 1, ""},
         {kAcCharger, 2, "A1_14/1: 1\nA1_14/2: 1\n"},
-        {kDcCharger, 0, ""},
-    };
+        {kDcCharger, 0, ""}};
     SetIntervals(1800, 100, 600);
     for (const auto& [kind, ports, lines] : kCases) {
         runtime.SetChargerKind(kind);

@@ -1,6 +1,4 @@
 // A1_13, A1_11 and A1_15: which signals of a port they carry, and when.
-#include <gmock/gmock.h>
-
 #include "tests/support/TestRuntime.h"
 
 namespace {
@@ -153,7 +151,7 @@ TEST_F(SignalReports, Lines) {
                   "00 00 00 01 01 00 01 \n"
                   "Send_DC_A1_15: msgcode: 34519 data:\n" +
                   kEquipmentHex + "00 02 00 d0 07 00 01 00 d1 07 00 01 00 \n",
-              Said([this] {
+              Printed([this] {
                   runtime.Send_DC_A1_13(0);
                   runtime.Send_DC_A1_11(0);
                   runtime.Send_DC_A1_15(0);
