@@ -64,3 +64,32 @@ std::string Masked(const std::string& output) {
     static const std::regex numbers("((\033\\[1;32;40m\\w+)\\.[0-9]+|(Line): [0-9]+)(: |, )");
     return std::regex_replace(output, numbers, "$2$3.#$4");
 }
+
+std::string Plain(const std::string& output) {
+    static const std::regex lineBreak("\n\033\\[0m\r\n");
+    static const std::regex line("\033\\[1;32;40m(\\w+)\\.#: ([^\033]*)\033\\[0m\r\n");
+    return std::regex_replace(std::regex_replace(Masked(output), lineBreak, "\\n\033[0m\r\n"), line,
+                              "$1: $2\n");
+}
+
+std::vector<std::vector<std::string>> Table(const std::string& lines) {
+    static const std::regex bar(" *\\| *");
+    std::vector<std::vector<std::string>> table;
+    std::istringstream input(lines);
+    for (std::string line; std::getline(input, line);)
+        if (!line.empty())
+            table.emplace_back(std::sregex_token_iterator(line.begin(), line.end(), bar, -1),
+                               std::sregex_token_iterator());
+    return table;
+}
+
+std::string Texts(const std::string& plain, const std::string& operation) {
+    std::string texts;
+    std::istringstream input(plain);
+    for (std::string line; std::getline(input, line);) {
+        if (line.rfind(operation + ": ", 0) != 0) continue;
+        texts += (texts.empty() ? "" : ";") +
+                 line.substr(operation.size() + 2, line.rfind("\\n") - operation.size() - 2);
+    }
+    return texts;
+}

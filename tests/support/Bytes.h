@@ -17,6 +17,9 @@ inline std::string ToHex(const Bytes& bytes) {
     return ToHex(bytes.data(), bytes.size());
 }
 
+// The lines of a table, each as its cells: what stands between bars, without the blanks around it.
+std::vector<std::vector<std::string>> Table(const std::string& lines);
+
 // What `run` writes to standard output and standard error.
 struct Captured {
     std::string out;
@@ -26,3 +29,9 @@ Captured Capture(const std::function<void()>& run);
 
 // `output` with every source line number replaced by '#', in headers and in the one text that has one.
 std::string Masked(const std::string& output);
+
+// `output` as people read it: diagnostic lines as "Operation: text", without colours and source lines; a line
+// break inside a text as "\n".
+std::string Plain(const std::string& output);
+// The texts of the lines of one operation in such an output, joined by ';', without line breaks of their own.
+std::string Texts(const std::string& plain, const std::string& operation);

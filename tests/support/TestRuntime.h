@@ -2,16 +2,20 @@
 // both.
 #pragma once
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <array>
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <ctime>
 #include <functional>
 #include <string>
 #include <vector>
 
+#include "System/AppFiles.h"
 #include "app/RuntimeData.h"
 #include "points/ShmCtrl.h"
 #include "tests/support/Bytes.h"
@@ -29,6 +33,7 @@ class CTestRuntime : public CRuntimeData {
     using CRuntimeData::m_eventWait;
     using CRuntimeData::m_failures;
     using CRuntimeData::m_forceYxReport;
+    using CRuntimeData::m_historyWait;
     using CRuntimeData::m_idleReportTicks;
     using CRuntimeData::m_idleSequence;
     using CRuntimeData::m_lastReceiveResult;
@@ -37,6 +42,7 @@ class CTestRuntime : public CRuntimeData {
     using CRuntimeData::m_places;
     using CRuntimeData::m_portCount;
     using CRuntimeData::m_ports;
+    using CRuntimeData::m_resendRest;
     using CRuntimeData::m_sendflag;
     using CRuntimeData::m_workReportTicks;
     using CRuntimeData::m_ycGroups;
@@ -78,11 +84,17 @@ class CEmptyStationTest : public testing::Test {
     }
     void TearDown() override { CleanStation(); }
 
-    // What `run` prints, source lines masked; `errors` becomes what it prints on standard error.
+    // What `run` prints, as Plain shows it; `errors` becomes what it prints on standard error.
     std::string Printed(const std::function<void()>& run) {
         const Captured captured = Capture(run);
         errors = captured.err;
-        return Masked(captured.out);
+        return Plain(captured.out);
+    }
+    // Sets the clock to a local time such as "2023-08-30 10:44:12".
+    static void SetClock(const char* time) {
+        std::tm parts{};
+        EXPECT_NE(nullptr, strptime(time, "%Y-%m-%d %H:%M:%S", &parts));
+        FakeClock::Set(std::mktime(&parts));
     }
 
     std::string errors;
@@ -120,6 +132,31 @@ class CStationTest : public CEmptyStationTest {
         return Take();
     }
 
+    // Puts these settings in the place of all that were there.
+    void Load(const PointRows& rows, const std::string& kind = "DC") {
+        std::remove(AppFile(kPointSettingFile).c_str());
+        MakePoints(rows, kind);
+        runtime.m_yxPoints.clear();
+        runtime.m_ycGroups.clear();
+        Printed([this] { EXPECT_EQ(0, runtime.InitPointSettingYX() + runtime.InitPointSettingYC()); });
+    }
+    // Looks for changes of the status points, once.
+    void Walk() {
+        Printed([this] { runtime.DetectStatusChanges(); });
+    }
+    // What a command of zor_main, given in hexadecimal, makes the process print or post.
+    std::string SaidTo(const std::string& frame) {
+        EXPECT_TRUE(SendFrame(Hex(frame)));
+        return Printed([this] { runtime.MsgRcvFromMain(); });
+    }
+    std::vector<std::string> PostedTo(const std::string& frame) {
+        SaidTo(frame);
+        return Take();
+    }
+
     CLiveValues live;
     CTestRuntime runtime;
 };
+
+// How the body of every report but A1_6 begins.
+inline const std::string kEquipmentHex = "51 50 49 48 47 46 45 44 ";

@@ -1,6 +1,7 @@
-// A process without its System V queue, and the in-process queue in front of that.
-#include <gmock/gmock.h>
+// What is posted on its way into the System V queue, and the in-process queue in front of that.
+#include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <thread>
 
@@ -9,7 +10,69 @@
 
 namespace {
 
-using MessageChannel = CStationTest;
+class CMessageChannel : public CStationTest {
+  protected:
+    void Post(std::uint32_t code, std::uint32_t length = 0) {
+        runtime.PostMsg(code, Bytes(length, 'x').data(), length);
+    }
+    // What drains so many times send: the size of each frame and its beginning.
+    std::vector<std::string> Sent(int drains) {
+        Drain(drains);
+        std::vector<std::string> sent;
+        for (const Received& message : ReadAll()) {
+            EXPECT_EQ(getpid(), message.sender);
+            sent.push_back(std::to_string(message.frame.size()) + ": " +
+                           ToHex(message.frame.data(), std::min<std::size_t>(message.frame.size(), 7)));
+        }
+        return sent;
+    }
+};
+using MessageChannel = CMessageChannel;
+using testing::ElementsAre;
+
+TEST_F(MessageChannel, OneFrameADrainInTheOrderOfPosting) {
+    Post(34518);
+    Post(4294938, 300);  // of a code, the low 16 bits
+    Post(1, 2042);
+    EXPECT_THAT(Sent(2), ElementsAre("6: 04 00 86 d6 00 00", "306: 30 01 89 1a 00 00 78"));
+    EXPECT_THAT(Sent(2), ElementsAre("2048: fe 07 00 01 00 00 78"));
+}
+
+TEST_F(MessageChannel, BodyTooLongIsRefusedAndToldOnceAnHour) {
+    const std::string kRefused =
+        "zor_runtime: message 34518 not sent: body of 2043 bytes, at most 2042 fit\n";
+    const auto post = [this] { Post(34518, 2043); };
+    // At last the clock is set back.
+    for (const char* time :
+         {"2024-03-05 09:45:00", "2024-03-05 10:44:59", "2024-03-05 10:45:00", "2024-03-05 09:00:00"}) {
+        SetClock(time);
+        Printed(post);
+        EXPECT_EQ(time[12] == '0' && time[18] == '9' ? "" : kRefused, errors) << time;
+    }
+    Printed([this] { runtime.m_failures.Report(EFailure::NoMemory, "%d", 7); });
+    EXPECT_EQ("zor_runtime: 7\n", errors);  // another kind of failure
+    EXPECT_THAT(Sent(5), ElementsAre());
+}
+
+TEST_F(MessageChannel, OneCodePausesTheDrain) {
+    for (const std::uint32_t code : {34512, 34514, 34513}) Post(code);
+    Drain(2);
+    EXPECT_EQ(0, FakeClock::Slept());
+    Drain(1);
+    EXPECT_EQ(35000, FakeClock::Slept());
+}
+
+TEST_F(MessageChannel, WhatDoesNotGoOutIsLost) {
+    LimitQueue(16384);
+    for (int i = 0; i < 10; ++i) Post(34518);
+    EXPECT_EQ("", Printed([this] { Drain(7); }));
+    EXPECT_EQ("MsgSndToMain: send failed 002!\nMsgSndToMain: send failed 002!\n",
+              Printed([this] { Drain(2); }));
+    EXPECT_EQ(7U, ReadAll().size());
+    FailNextQueueCall(EINTR);
+    EXPECT_EQ("MsgSndToMain: sned failed!\n", Printed([this] { Drain(1); }));
+    EXPECT_THAT(Sent(1), ElementsAre());
+}
 
 TEST_F(MessageChannel, WithoutAQueueEverythingIsDropped) {
     FailNextQueueCall(ENOSPC);
