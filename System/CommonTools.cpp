@@ -13,18 +13,24 @@ namespace {
 
 constexpr std::size_t kGivenSize = 8;
 
+int Refuse() {
+    std::fputs("Set system datatime error!/n", stdout);  // the slash is part of the text
+    return -1;
+}
+
 int SetClock(std::time_t seconds, suseconds_t microseconds) {
     const timeval value{seconds, microseconds};
     if (settimeofday(&value, nullptr) == 0) return 0;
-    std::fputs("Set system datatime error!/n", stdout);  // the slash is part of the text
-    return -1;
+    return Refuse();
 }
 
 }  // namespace
 
 int CCommonTools::SetSystemTime(const char* text) {
     int part[6] = {};
-    std::sscanf(text, "%d-%d-%d %d:%d:%d", &part[0], &part[1], &part[2], &part[3], &part[4], &part[5]);
+    const int matched =
+        std::sscanf(text, "%d-%d-%d %d:%d:%d", &part[0], &part[1], &part[2], &part[3], &part[4], &part[5]);
+    if (matched != 6) return Refuse();  // half a date would set the clock to another year
     return SetClock(CDateTime::ToEpoch(part[0], part[1], part[2], part[3], part[4], part[5]), 0);
 }
 

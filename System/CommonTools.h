@@ -6,7 +6,7 @@
 class CCommonTools {
   public:
     // Sets the system clock from "year-month-day hour:minute:second" in local time. 0, or -1 with a line on
-    // standard output. The hardware clock is left alone.
+    // standard output, also for a text that does not hold all six. The hardware clock is left alone.
     static int SetSystemTime(const char* text);
     // The same from numbers, `milliseconds` counted within the minute; also writes the hardware clock.
     static int SetSystemTime(int year, int month, int day, int hour, int minute, int milliseconds);

@@ -7,13 +7,17 @@
 #include <ctime>
 
 enum class EFailure : std::uint8_t {
-    BodyTooLong,    // a body that no frame can carry was posted
-    NoMemory,       // an allocation failed
-    ReceiveFailed,  // the queue refuses to be read
-    EventSetUp,     // a table of the event database cannot be created
-    HistoryIndex,   // an index of the history database cannot be created
-    HistoryLost,    // the history database cannot be read
-    Count           // how many causes there are; no cause itself
+    BodyTooLong,       // a body that no frame can carry was posted
+    NoMemory,          // an allocation failed
+    ReceiveFailed,     // the queue refuses to be read
+    OversizedCommand,  // a command that no message of the protocol can be
+    QueueLost,         // the queue was removed
+    EventsLost,        // events cannot be stored, and not because somebody else uses their file
+    EventsDropped,     // too many events wait for their file
+    EventSetUp,        // a table of the event database cannot be created
+    HistoryIndex,      // an index of the history database cannot be created
+    HistoryLost,       // the history database cannot be read
+    Count              // how many causes there are; no cause itself
 };
 
 class CFailureLog {

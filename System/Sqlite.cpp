@@ -25,6 +25,11 @@ void SyncDirectoryOf(const char* file) {
 }  // namespace
 
 int CSqliteDb::Open(const char* path, int busyTimeoutMs) {
+    m_ownWait = CBusyWait(busyTimeoutMs);
+    return Open(path, m_ownWait);
+}
+
+int CSqliteDb::Open(const char* path, CBusyWait& wait) {
     Close();
     const int result = sqlite3_open(path, &m_handle);
     if (result != SQLITE_OK) {
@@ -32,15 +37,16 @@ int CSqliteDb::Open(const char* path, int busyTimeoutMs) {
         Close();  // a failed open leaves a handle all the same
         return result;
     }
-    sqlite3_busy_timeout(m_handle, busyTimeoutMs);
+    wait.Serve(m_handle);
     return result;
 }
 
 int CSqliteDb::OpenForReading(const char* path, int busyTimeoutMs) {
     Close();
     const int result = sqlite3_open_v2(path, &m_handle, SQLITE_OPEN_READONLY, nullptr);
+    m_ownWait = CBusyWait(busyTimeoutMs);
     if (result == SQLITE_OK)
-        sqlite3_busy_timeout(m_handle, busyTimeoutMs);
+        m_ownWait.Serve(m_handle);
     else
         Close();
     return result;
@@ -68,18 +74,13 @@ int CSqliteDb::Exec(const char* sql) {
     SetError(nullptr);
     const int result = sqlite3_exec(m_handle, sql, nullptr, nullptr, &m_error);
     m_changed = m_changed || result == SQLITE_OK;
-    return Noted(result);
+    return result;
 }
 
 int CSqliteDb::Exec(const CSqlTextBase& sql) {
     if (sql.Defect() == nullptr) return Exec(sql.Text());
     SetError(sql.Defect());
     return SQLITE_ERROR;
-}
-
-int CSqliteDb::Noted(int result) {
-    if (result == SQLITE_BUSY) sqlite3_busy_timeout(m_handle, 0);
-    return result;
 }
 
 void CSqliteDb::SetError(const char* text) {
@@ -99,8 +100,7 @@ CSqliteTable::CSqliteTable(CSqliteDb& database, const CSqlTextBase& sql) {
 }
 
 void CSqliteTable::Run(CSqliteDb& database, const char* sql) {
-    m_result =
-        database.Noted(sqlite3_get_table(database.m_handle, sql, &m_cells, &m_rows, &m_columns, &m_error));
+    m_result = sqlite3_get_table(database.m_handle, sql, &m_cells, &m_rows, &m_columns, &m_error);
     if (Ok()) return;
     m_readFailed = sqlite3_extended_errcode(database.m_handle) == SQLITE_IOERR_READ;
     m_rows = 0;

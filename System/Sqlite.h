@@ -3,11 +3,8 @@
 
 #include <sqlite3.h>
 
+#include "System/BusyWait.h"
 #include "System/SqlText.h"
-
-// How long a statement waits for a file that another process holds locked, milliseconds.
-inline constexpr int kBusyAtStartUpMs = 10000;
-inline constexpr int kBusyInLoopMs = 1000;
 
 // A database connection; closed when the object goes.
 class CSqliteDb {
@@ -17,8 +14,10 @@ class CSqliteDb {
     CSqliteDb(const CSqliteDb&) = delete;
     CSqliteDb& operator=(const CSqliteDb&) = delete;
 
-    // Opens `path`, creating the file where it is missing, and sets the busy timeout. On failure prints
-    // "Can't open database: ..." on standard error. Returns SQLite's result code, SQLITE_OK (0) on success.
+    // Opens `path`, creating the file where it is missing. Statements wait for a locked file out of `wait`,
+    // or `busyTimeoutMs` milliseconds for all statements of the connection. On failure prints "Can't open
+    // database: ..." on standard error. Returns SQLite's result code, SQLITE_OK (0) on success.
+    int Open(const char* path, CBusyWait& wait);
     int Open(const char* path, int busyTimeoutMs);
 
     // Opens a file that exists, for reading only: creates nothing, and says nothing on failure.
@@ -49,15 +48,14 @@ class CSqliteDb {
 
   private:
     friend class CSqliteTable;
+    friend class CSqlRows;
 
-    // A connection waits out the busy timeout once; what follows on it does not wait again, so that a locked
-    // file costs an operation one wait however many statements it has.
-    int Noted(int result);
     void SetError(const char* text);
 
     sqlite3* m_handle = nullptr;
     char* m_error = nullptr;  // SQLite's allocation
     bool m_changed = false;   // a statement that changes something has run
+    CBusyWait m_ownWait{0};   // of a connection that shares no budget
 };
 
 // The result of one query, all of it text.

@@ -8,11 +8,11 @@ void RunPass(CRuntimeData& runtime, std::uint8_t& receiveCounter) {
     constexpr std::uint8_t kPassesBetweenPolls = 5;
     runtime.SchedulerTick();
     runtime.DrainOutbound();
-    if (receiveCounter == kPassesBetweenPolls) {
+    if (receiveCounter < kPassesBetweenPolls) {
+        ++receiveCounter;
+    } else if (!runtime.HasWaited()) {
         runtime.MsgRcvFromMain();
         receiveCounter = 0;
-    } else {
-        ++receiveCounter;
     }
 }
 

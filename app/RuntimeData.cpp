@@ -7,8 +7,6 @@
 #include "System/DiagLine.h"
 
 CRuntimeData::CRuntimeData() : m_queueId(msgget(kQueueKey, IPC_CREAT | kQueuePermissions)) {
-    constexpr std::size_t kLongestEvent = 160;  // level, name of 127 characters, transition
-    m_eventText.reserve(kLongestEvent);
     if (m_queueId < 0) {
         std::fprintf(stderr, "open msg %X failed.\n", static_cast<unsigned>(kQueueKey));
         return;

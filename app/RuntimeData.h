@@ -11,24 +11,30 @@
 // stands beside it. Nothing is implemented here.
 #pragma once
 
+#include <sys/types.h>
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
 #include <ctime>
 #include <list>
 #include <string>
+#include <vector>
 
+#include "System/BusyWait.h"
 #include "System/FailureLog.h"
-#include "events/EventDatabase.h"
+#include "events/EventWalk.h"
 #include "history/ChargingRecord.h"
 #include "ipc/Frame.h"
 #include "ipc/MsgQueue.h"
 #include "points/PointRecords.h"
 #include "points/PortNumbering.h"
 #include "points/RTDB.h"
+#include "reports/ChargingStatus.h"
 #include "reports/SignalBodies.h"
 
 class CShmCTRL;
+struct SentRow;
 
 // Values of the charger kind.
 inline constexpr std::int32_t kDcCharger = 1;
@@ -45,6 +51,19 @@ struct PortState {
     std::uint32_t chargingReports = 0;  // reports: charging statuses since the charging began
     std::uint32_t idleTicks = 0;        // reports: ticks since the last idle status
     PortSignals signals;                // reports
+};
+
+// What tells one state of the system's time-zone file from another.
+struct ZoneFile {
+    dev_t device = 0;
+    ino_t file = 0;
+    std::time_t seconds = 0;
+    long nanoseconds = 0;
+
+    bool operator==(const ZoneFile& other) const {
+        return device == other.device && file == other.file && seconds == other.seconds &&
+               nanoseconds == other.nanoseconds;
+    }
 };
 
 class CRuntimeData {
@@ -106,9 +125,9 @@ class CRuntimeData {
     // Opens the event database and creates what is missing in it. Returns 0; ends the process when it cannot
     // be opened.
     int InitSOE();
-    // Stores one event: state `value` of point `pointNumber` of the YX table (`table` 0) or the second one
-    // (1). Counts switching and records the charging measurements where the point calls for it. Failures are
-    // printed and lose this event only. Returns 0.
+    // Stores one event by itself: state `value` of point `pointNumber` of the YX table (`table` 0) or the
+    // second one (1). Counts switching and records the charging measurements where the point calls for it.
+    // Failures are printed and lose this event only. Returns 0.
     int InsertSOE(int value, int pointNumber, int table, const std::string& event);
 
     // ---- 5. reports/ ----
@@ -116,13 +135,18 @@ class CRuntimeData {
 
     // One pass over everything that happens per tick, in fixed order.
     void SchedulerTick();
+    // True when this tick has waited for a locked file already: what can be put off is.
+    bool HasWaited() const;
     // Fixes which points the signal reports of each port carry. To be called when the YX point list is
     // complete.
     void SelectReportedPoints();
-    // Posts A1_5 when the charging status of `port` is due. `points` are those of one group, here and below.
-    void Send_DC_A1_5(const std::list<YcPointRecord>& points, int port);
+    // Finds the points of every group that the charging and the idle status show. To be called when the YC
+    // point list is complete.
+    void FindReportedPoints();
+    // Posts A1_5 when the charging status of `port` is due. `places` are those of one group, here and below.
+    void Send_DC_A1_5(const GroupPlaces& places, int port);
     // Posts A1_6 when the idle status of `port` is due.
-    void Send_DC_A1_6(const std::list<YcPointRecord>& points, int port);
+    void Send_DC_A1_6(const GroupPlaces& places, int port);
     // Posts A1_13, all signals of `port`.
     void Send_DC_A1_13(int port);
     // Posts A1_11 with the signals of `port` that differ from what was last reported, if there are any.
@@ -160,7 +184,8 @@ class CRuntimeData {
     // Ends the resending of the port's records whose timestamp begins with `prefix`, and counts what remains
     // of that port. Returns SQLite's result code, also 0 when the file cannot be opened.
     int DeletCacheData(const char* prefix, int port);
-    // Fills `body` with the live charging record of `port`; `length` becomes its length.
+    // Fills `body` with the live charging record of `port`, which the station need not have: what no table
+    // holds for it is 0. `length` becomes its length.
     void BuildA1_16Record(RecordBody& body, std::uint32_t& length, std::uint32_t port);
     // Posts A1_16 with the live charging record of `port`.
     void Send_A1_16(std::uint32_t port);
@@ -175,6 +200,10 @@ class CRuntimeData {
 
   protected:
     // -- ipc/
+    // What to do about a `msgrcv` that failed with `error`.
+    void HandleReceiveFailure(int error);
+    void DropOversized();
+    void GetQueueAgain();
     void HandleCommand(const std::uint8_t* frame, const FrameParts& parts);
     // Stores what a report-settings frame asks for.
     void ApplyReportSettings(const std::uint8_t* frame);
@@ -183,19 +212,9 @@ class CRuntimeData {
                              std::uint32_t& ticks);
 
     // -- events/
-    // All events of one walk over the points share one connection and one transaction.
-    void BeginEventWalk();
-    void EndEventWalk();
-    bool OpenForWalk();
-    void RecordChange(const StatusChange& change);
-    void StoreEvent(CSqliteDb& database, int value, int pointNumber, int table, const char* event);
-    bool WalkCameToNothing() const;
-    void StoreChangesSingly();
-    bool FindLastSoe(CSqliteDb& database, std::uint32_t& lastId);
-    std::uint32_t StoreErrorMessage(CSqliteDb& database, int base);
-    void PruneErrMsg(CSqliteDb& database, std::uint32_t lastId);
-    void PruneSoe(CSqliteDb& database, std::uint32_t lastId);
-    void VacuumSoon(CSqliteDb& database);
+    // Stores the changes of the walk, and those that an earlier one had to keep.
+    void StoreChanges();
+    void CountSwitching(int pointNumber, int table);
     void PrepareErrMsgTable(CSqliteDb& database);
     void PrepareSoeTable(CSqliteDb& database);
     void ExecEventSetUp(CSqliteDb& database, const char* sql);
@@ -216,7 +235,7 @@ class CRuntimeData {
     void RestoreCountersOf(int port, CSqliteDb& database);
     int FormatDayQuery(CSqlTextBase& sql, const char* date, int port);
     void FillHour(YcHistoryRecord& record, const CSqliteTable& table, int row, const char* date, int h);
-    void RaiseSendCounts(CSqliteDb& database, const CSqliteTable& table, int count);
+    void RaiseSendCounts(CSqliteDb& database, const SentRow* rows, int count);
     void PutLiveField(RecordBody& body, const RecordField& field, std::uint32_t port);
 
     PortState& Port(int port) { return m_ports[static_cast<std::size_t>(port)]; }
@@ -224,6 +243,7 @@ class CRuntimeData {
     CShmCTRL* m_shm = nullptr;             // app; not owned
     std::list<YxPointRecord> m_yxPoints;   // points; their states: events
     std::list<YcGroup> m_ycGroups;         // points; their values: reports
+    std::vector<GroupPlaces> m_places;     // reports; of the groups, in their order
     CRTDB m_rtdb;                          // points
     std::string m_databaseDirectory;       // app; kept with every label set
     std::uint8_t m_startFlagA = 1;         // app; read by nobody
@@ -246,13 +266,16 @@ class CRuntimeData {
     std::int32_t m_forceYxReport = 0;              // ipc sets it, the first port step that sees it clears it
     std::uint32_t m_tickPeriodMs = 100;            // app; never changes
     std::int32_t m_datacache = 0;                  // history: pending records last counted
-    std::time_t m_lastZoneMinute = 0;              // reports: minute in which the time zone was last read
+    std::int32_t m_resendRest = 0;                 // history: ticks in which nothing is resent
+    std::time_t m_lastZoneSecond = 0;              // reports: second in which the zone was last looked at
+    ZoneFile m_zoneFile;                           // reports
     std::int32_t m_lastCacheHour = 0;              // reports: hour of the last count
     std::int32_t m_portCount = 0;                  // app: 1 to 8 once GetPort has run
     CMyIPC m_ipc;
     CLinuxMsgQueue* m_outboundQueue = nullptr;  // app; never deleted, null when the System V queue is missing
     CFailureLog m_failures;
-    std::uint32_t m_signalGeneration = 1;  // events: moves on with every change of a status point
-    EventWalk m_walk;                      // events
-    std::string m_eventText;               // events: working text, with room for any event
+    // What waiting for locked files a tick has left, one budget for each file.
+    CBusyWait m_eventWait{kBusyInLoopMs};
+    CBusyWait m_historyWait{kBusyInLoopMs};
+    CEventWalk m_walk{m_failures, m_eventWait};  // events
 };

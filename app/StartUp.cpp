@@ -1,14 +1,15 @@
 #include "app/StartUp.h"
 
 #include <malloc.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstdio>
 
 #include "System/AppFiles.h"
 #include "System/DateTime.h"
+#include "System/DiagLine.h"
 #include "app/RuntimeData.h"
+#include "history/HistoryDatabase.h"
 
 namespace {
 
@@ -27,12 +28,11 @@ void KeepHeapLevel() {
 // Keeps a usable history database, and creates it where there is none.
 void PrepareHistory(CRuntimeData& runtime) {
     const CAppPath path(kHistoryFile);
-    std::puts(path.c_str());
-    struct stat file {};
+    PrintPlain("%s", path.c_str());
     if (access(path.c_str(), F_OK) != 0) {
-        std::puts("zorycdata.db is not exist!!!");
-    } else if (stat(path.c_str(), &file) != 0 || file.st_size == 0) {
-        std::puts("zorycdata.db is broken, so remove zorycdata.db");
+        PrintPlain("zorycdata.db is not exist!!!");
+    } else if (IsHistoryBroken(path.c_str())) {
+        PrintPlain("zorycdata.db is broken, so remove zorycdata.db");
         std::remove(path.c_str());
     } else if (runtime.CheckYCDB() == 0) {
         return;
@@ -44,12 +44,12 @@ void PrepareHistory(CRuntimeData& runtime) {
 
 void StartUp(CRuntimeData& runtime) {
     KeepHeapLevel();
-    std::puts(kRule);
-    std::puts("*               Process Name    : zor_runtime              *");
+    PrintPlain("%s", kRule);
+    PrintPlain("*               Process Name    : zor_runtime              *");
     const int ports = runtime.GetPort(CAppPath(kConfigFile).c_str());
-    std::printf("*               Process Version : %s  with %d port       *\n", ZOR_VERSION, ports);
-    std::printf("*               Compile Date    : %s %s     *\n", __DATE__, __TIME__);
-    std::puts(kRule);
+    PrintPlain("*               Process Version : %s  with %d port       *", ZOR_VERSION, ports);
+    PrintPlain("*               Compile Date    : %s %s     *", __DATE__, __TIME__);
+    PrintPlain("%s", kRule);
     runtime.SetChargerKind(kDcCharger);
     runtime.LoadRealTimeYc();
     runtime.InitPointSettingYC();

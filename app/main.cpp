@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <new>
 
+#include "System/Log.h"
 #include "app/MainLoop.h"
 #include "app/RuntimeData.h"
 #include "app/StartUp.h"
@@ -58,13 +59,13 @@ void TrimMemory() {
 }  // namespace
 
 int main() {
-    // A log reader sees lines when they happen, and its going away does not end the process.
-    std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ);
-    std::signal(SIGPIPE, SIG_IGN);
-
     // A start-up step without memory ends the process as one without its file does. The loop has to live
     // through it: whatever allocates there copes by itself.
     std::set_new_handler(EndWithoutMemory);
+
+    // A log reader that hangs does not hold the process, and one that goes away does not end it.
+    LogWithoutWaiting();
+    std::signal(SIGPIPE, SIG_IGN);
 
     // Both live until the process is killed.
     auto* shm = new CShmCTRL;

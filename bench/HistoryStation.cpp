@@ -5,6 +5,7 @@
 
 #include "System/AppFiles.h"
 #include "history/HistoryDatabase.h"
+#include "history/HistoryIndexes.h"
 
 namespace {
 
@@ -35,7 +36,9 @@ void MakeHistories(int days, const fs::path& indexed, const fs::path& plain) {
                                     std::to_string(kBenchPorts) + ")",
                                 "FROM h CROSS JOIN p"));
     fs::copy_file(plain, indexed);
-    for (const char* sql : kCreateHistoryIndexes) RunSql(indexed, sql);
+    CSqliteDb database;
+    Require(database.Open(indexed.c_str(), 0) == SQLITE_OK && PrepareHistoryIndexes(database),
+            database.Error());
 }
 
 }  // namespace

@@ -27,13 +27,13 @@ std::size_t EncodeFrame(BenchStation& /*station*/) {
 }
 
 std::size_t EncodeCharging(BenchStation& station) {
-    const ChargingBody body = BuildChargingBody(station.live, station.Telemetry(), kPort);
+    const ChargingBody body = BuildChargingBody(station.live, station.runtime.m_places.front(), kPort);
     benchmark::DoNotOptimize(body.data());
     return body.size();
 }
 
 std::size_t EncodeIdle(BenchStation& station) {
-    char* text = BuildIdleDocument(station.live, station.Telemetry(), kPort, 1);
+    char* text = BuildIdleDocument(station.live, station.runtime.m_places.front(), kPort, 1);
     const std::size_t length = std::strlen(text);
     std::free(text);
     return length;
@@ -42,7 +42,7 @@ std::size_t EncodeIdle(BenchStation& station) {
 std::size_t EncodeState(BenchStation& station) {
     const std::uint8_t code =
         ChargingStateCode(PortHasFault(station.live, kPort), station.live.GunState(kPort), kUnknownIsFault);
-    const PortStateBody body = BuildPortStateBody(station.live.EquipmentNumber(), kPort, code);
+    const PortStateBody body = BuildPortStateBody({station.live.EquipmentNumber(), kPort, code});
     benchmark::DoNotOptimize(body.data());
     return body.size();
 }

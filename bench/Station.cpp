@@ -103,7 +103,6 @@ void BenchStation::ForgetReported(int port) {
     PortState& state = runtime.Port(port);
     PortSignals& signals = state.signals;
     state.lastStateCode = 0;
-    signals.changesSettled = signals.gunSettled = 0;
     std::fill(signals.lastReported.begin(), signals.lastReported.end(), kNoState);
     std::fill(std::begin(signals.lastGun), std::end(signals.lastGun), kNoState);
 }

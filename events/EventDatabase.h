@@ -2,10 +2,11 @@
 #pragma once
 
 #include <cstdint>
-#include <vector>
+#include <ctime>
 
 #include "System/Sqlite.h"
-#include "points/PointRecords.h"
+
+struct Event;
 
 inline constexpr char kErrMsgTable[] = "tagErrMsg";
 inline constexpr char kSoeTable[] = "tagSOE";
@@ -21,24 +22,16 @@ inline constexpr char kSelectLastSoe[] = "select * from tagSOE order by id desc 
 // Columns of tagSOE in the order of `select *`.
 enum ESoeColumn { kSoeId, kSoeEvent, kSoeValue, kSoePoint, kSoeYxTable, kSoeTimestamp, kSoeColumns };
 
-// One change of a status point. `point` belongs to the point list, which outlives every walk.
-struct StatusChange {
-    const YxPointRecord* point;
-    std::uint8_t value;
-    bool rising;
+using EventSql = CSqlText<2048>;
+
+// A time as the tables store it.
+struct EventTime {
+    char text[32];
+    explicit EventTime(std::time_t when);
 };
 
-// What the events of one walk share. Opening the file and committing for each event would stall the loop for
-// seconds on flash when hundreds of points change at once.
-struct EventWalk {
-    bool active = false;    // a walk is on: events go through `database`
-    bool together = false;  // its events stand in one transaction
-    bool vacuumDue = false;
-    std::uint32_t lastId =
-        0;  // last row written to tagSOE, for events that stand together; 0 before the first
-    CSqliteDb database;
-    std::vector<StatusChange> changes;  // of this walk, in order; its capacity is reserved once
-};
+// The statement that stores `event` as row `id` of tagSOE.
+void FormatSoeRow(EventSql& sql, std::uint32_t id, const Event& event);
 
 // Index of the two switching counters that a change of point `pointNumber` of the YX table counts for, or -1.
 // Point 137 itself, that of the first port, counts for none.

@@ -2,10 +2,13 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <memory>
+#include <new>
 
 #include "System/AppFiles.h"
 #include "System/DiagLine.h"
 #include "System/Numbers.h"
+#include "System/SqlRows.h"
 #include "app/RuntimeData.h"
 #include "history/ChargingRecord.h"
 #include "history/HistoryDatabase.h"
@@ -14,13 +17,13 @@ int CRuntimeData::Checkcache() {
     const CAppPath path(kHistoryFile);
     CDiagLine(__func__).Print("%s", path.c_str());
     CSqliteDb database;
-    if (database.Open(path.c_str(), kBusyInLoopMs) != SQLITE_OK) return 0;
-    const CSqliteTable table(database, "select * from tagYC where sendcount >= 1 and sendcount < 6");
-    if (!table.Ok()) {
+    if (database.Open(path.c_str(), m_historyWait) != SQLITE_OK) return 0;
+    const CSqlRows pending(database, "select * from tagYC where sendcount >= 1 and sendcount < 6");
+    if (!pending.Ok()) {
         CDiagLine(__func__).Print("sqlite3_get_table Fail:\n");
         return 0;
     }
-    m_datacache = table.Rows();
+    m_datacache = pending.Count();
     if (m_datacache == 0)
         CDiagLine(__func__).Print("cache data is empty!");
     else
@@ -29,39 +32,48 @@ int CRuntimeData::Checkcache() {
 }
 
 int CRuntimeData::ReadCacheYCdata(YcHistoryRecord* records, int& count) {
-    if (records == nullptr || count == 0) return 0;
+    if (records == nullptr || count <= 0) return 0;
     const int capacity = count;
     count = 0;
     CSqliteDb database;
-    if (database.Open(CAppPath(kHistoryFile).c_str(), kBusyInLoopMs) != SQLITE_OK) return 0;
+    if (database.Open(CAppPath(kHistoryFile).c_str(), m_historyWait) != SQLITE_OK) return 0;
     CDiagLine(__func__).Print("You have opened zorycdata.db successfully!---");
-    const CSqliteTable table(database, "SELECT * FROM tagYC where sendcount >=1 and sendcount < 6");
-    if (!table.Ok()) CDiagLine(__func__).Print("search cache data failed:%s\n", table.Error());
-    if (table.Rows() == 0) {
+    const std::unique_ptr<SentRow[]> sent(new (std::nothrow) SentRow[static_cast<std::size_t>(capacity)]);
+    const auto take = [&](int i, const SqlRow& row) {
+        if (i >= capacity || sent == nullptr) return;
+        sent[static_cast<std::size_t>(i)] = {ParseInt32(row.Cell(kHistoryId)),
+                                             ParseInt32(row.Cell(kHistorySendCount))};
+        FillRecord(records[i], HistoryCellsOf(row));
+    };
+    const CSqlRows pending(database, "SELECT * FROM tagYC where sendcount >=1 and sendcount < 6", take);
+    const char* error = sent == nullptr ? "out of memory" : pending.Ok() ? nullptr : pending.Error();
+    if (error != nullptr) {
+        CDiagLine(__func__).Print("search cache data failed:%s\n", error);
+        std::fill_n(records, capacity, YcHistoryRecord{});  // of rows before the failure
+    }
+    if (error != nullptr || pending.Count() == 0) {
         CDiagLine(__func__).Print("get no data!");
         records[0].status = ERecordStatus::Missing;
         return 0;
     }
-    count = std::min(table.Rows(), capacity);
-    for (int i = 0; i < count; ++i) FillRecord(records[i], table, i, __func__);
+    count = std::min(pending.Count(), capacity);
+    for (int i = 0; i < count; ++i) PrintRecord(records[i], __func__);
     CDiagLine(__func__).Print("get tagYC %d data!\n", count);
-    RaiseSendCounts(database, table, count);
+    RaiseSendCounts(database, sent.get(), count);
     return 0;
 }
 
 // A record counts as sent once it is read, whatever becomes of the message.
-void CRuntimeData::RaiseSendCounts(CSqliteDb& database, const CSqliteTable& table, int count) {
+void CRuntimeData::RaiseSendCounts(CSqliteDb& database, const SentRow* rows, int count) {
     database.Exec("begin transaction");
-    for (int i = 0; i < count; ++i) {
-        const std::int32_t id = ParseInt32(table.Cell(i, kHistoryId));
+    for (const SentRow* row = rows; row < rows + count; ++row) {
         CSqlText<128> sql;
-        sql.Format("UPDATE tagYC SET sendcount=%d where id = %d",
-                   ParseInt32(table.Cell(i, kHistorySendCount)) + 1, id);
+        sql.Format("UPDATE tagYC SET sendcount=%d where id = %d", row->sendCount + 1, row->id);
         if (database.Exec(sql) != SQLITE_OK) {
             std::fprintf(stderr, "delete data failed: %s\n", database.Error());
             break;
         }
-        CDiagLine("ReadCacheYCdata").Print("updates %d data OK!\n", id);
+        CDiagLine("ReadCacheYCdata").Print("updates %d data OK!\n", row->id);
     }
     database.Exec("commit transaction");
 }
@@ -89,7 +101,7 @@ int CRuntimeData::DeletCacheData(const char* prefix, int port) {
     const CAppPath path(kHistoryFile);
     CDiagLine(__func__).Print("%s", path.c_str());
     CSqliteDb database;
-    if (database.Open(path.c_str(), kBusyInLoopMs) != SQLITE_OK) return 0;
+    if (database.Open(path.c_str(), m_historyWait) != SQLITE_OK) return 0;
     CDiagLine(__func__).Print("You have opened a sqlite3 database named zorycdata.db successfully!");
     CSqlText<128> sql;
     sql.Format("UPDATE tagYC SET sendcount = 0 where portNo='%d' and timestamp LIKE '%s%%'", port,
@@ -99,13 +111,13 @@ int CRuntimeData::DeletCacheData(const char* prefix, int port) {
         return result;
     }
     sql.Format("select * from tagYC where portNo='%d' and sendcount >= 1 and sendcount < 6", port);
-    const CSqliteTable table(database, sql);
-    if (!table.Ok()) {
-        CDiagLine(__func__).Print("Delete data failed:%s", table.Error());
-        return table.Result();
+    const CSqlRows pending(database, sql.Text());
+    if (!pending.Ok()) {
+        CDiagLine(__func__).Print("Delete data failed:%s", pending.Error());
+        return pending.Result();
     }
     // Of this port only: what the others still have is counted at the next check.
-    m_datacache = table.Rows();
+    m_datacache = pending.Count();
     CDiagLine(__func__).Print("m_datacache:%d\n", m_datacache);
     return SQLITE_OK;
 }

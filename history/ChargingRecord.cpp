@@ -4,6 +4,7 @@
 
 #include <cstdio>
 #include <cstring>
+#include <limits>
 
 #include "System/DateTime.h"
 #include "System/DiagLine.h"
@@ -16,6 +17,7 @@ namespace {
 
 constexpr int kRecordsOfDay = 24;
 constexpr int kRecordsPerPass = 8;
+constexpr std::uint32_t kRestAfterLockMs = 10000;  // a file that is locked for long is not tried every tick
 constexpr useconds_t kPauseBetweenRecords = 100000;
 
 // The digits of a text that is at most as long as a live area.
@@ -39,6 +41,15 @@ void PutNow(RecordBody& body, const BodyField& field) {
 
 unsigned FromBcd(std::uint8_t byte) {
     return (byte >> 4) * 10U + (byte & 0xFU);
+}
+
+// Place of a port's point in a live table, -1 where no table could have it. A request, or a row from before
+// the station had its ports, can name any port: the table alone says what there is.
+int PlaceOf(int number, int perPort, std::uint32_t port) {
+    constexpr int kLast = std::numeric_limits<int>::max();
+    if (port > kLast) return -1;
+    const std::int64_t place = std::int64_t{PortIndex(static_cast<int>(port))} * perPort + number;
+    return place <= kLast ? static_cast<int>(place) : -1;
 }
 
 // Packs `text` and writes its first bytes reversed.
@@ -106,11 +117,7 @@ int CRuntimeData::StrToBcd(std::uint8_t* out, std::size_t capacity, const char* 
 }
 
 void CRuntimeData::PutLiveField(RecordBody& body, const RecordField& field, std::uint32_t port) {
-    // A request can name a port that the station does not have: it has no values.
-    const PortRange ports = PortsOf(m_portCount);
-    const int known = static_cast<int>(port);
-    const bool exists = port <= kMaxPorts && known >= ports.first && known <= ports.last;
-    const auto yc = [&] { return exists ? m_shm->Yc(PortBase(known) + field.number) : LiveYc{}; };
+    const auto yc = [&] { return m_shm->Yc(PlaceOf(field.number, kPointsPerPort, port)); };
     const auto put = [&body, &field](std::uint64_t value) { PutField(body.data(), field.at, value); };
     switch (field.live) {
         case ERecordLive::Equipment:
@@ -131,11 +138,11 @@ void CRuntimeData::PutLiveField(RecordBody& body, const RecordField& field, std:
         case ERecordLive::YcRaw:
             return put(yc().raw);
         case ERecordLive::Counter:
-            return put(exists ? m_shm->Counter(CounterBase(known) + field.number) : 0);
+            return put(m_shm->Counter(PlaceOf(field.number, kCountersPerPort, port)));
         case ERecordLive::K1Cnt:
-            return put(exists ? static_cast<std::uint32_t>(k1Cnt[port]) : 0);
+            return put(port < k1Cnt.size() ? static_cast<std::uint32_t>(k1Cnt[port]) : 0);
         case ERecordLive::K2Cnt:
-            return put(exists ? static_cast<std::uint32_t>(k2Cnt[port]) : 0);
+            return put(port < k2Cnt.size() ? static_cast<std::uint32_t>(k2Cnt[port]) : 0);
     }
 }
 
@@ -187,10 +194,12 @@ int CRuntimeData::MsgCall_A1_16(const std::uint8_t* body, std::uint32_t port) {
 }
 
 int CRuntimeData::History_A1_16() {
-    if (m_sendflag != 1 || m_datacache < 1) return 0;
+    if (m_resendRest > 0) --m_resendRest;
+    if (m_sendflag != 1 || m_datacache < 1 || m_resendRest > 0 || HasWaited()) return 0;
     YcHistoryRecord records[kRecordsPerPass] = {};
     int count = kRecordsPerPass;
     ReadCacheYCdata(records, count);
+    if (m_historyWait.IsSpent()) m_resendRest = static_cast<std::int32_t>(kRestAfterLockMs / m_tickPeriodMs);
     if (count == 0) return 0;
     const CDiagLine line(__func__);
     line.Print("_YCDB Count:%d\n", count);

@@ -1,5 +1,6 @@
 #include "history/HistoryDatabase.h"
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -10,6 +11,7 @@
 #include "System/FixedText.h"
 #include "System/Numbers.h"
 #include "app/RuntimeData.h"
+#include "history/HistoryIndexes.h"
 
 namespace {
 
@@ -28,10 +30,12 @@ bool HasColumn(const CSqliteTable& table, const char* name) {
 
 constexpr char kSelectAny[] = "select * from tagYC limit 1";
 
-// Whether a file that could not be read still cannot be, from its opening on, after a while. A disturbance is
-// over then; a file that is lost would take no further record, for years.
+// Until the second try of what failed. A disturbance is over then; a file that is lost would take no further
+// record, for years.
+constexpr useconds_t kWhile = 1000000;
+
+// Whether a file that could not be read still cannot be, from its opening on, after a while.
 bool StaysUnreadable(const char* path) {
-    constexpr useconds_t kWhile = 1000000;
     usleep(kWhile);
     CSqliteDb database;
     return database.Open(path, kBusyAtStartUpMs) == SQLITE_OK &&
@@ -45,8 +49,29 @@ void AddTo(std::int32_t& counter, const char* text) {
 
 }  // namespace
 
-void FillRecord(YcHistoryRecord& record, const CSqliteTable& table, int row, const char* operation) {
-    const auto cell = [&table, row](EHistoryColumn column) { return table.Cell(row, column); };
+bool IsHistoryBroken(const char* path) {
+    struct stat file {};
+    if (stat(path, &file) == 0) return file.st_size == 0;
+    usleep(kWhile);
+    return stat(path, &file) != 0 || file.st_size == 0;
+}
+
+HistoryCells HistoryCellsOf(const CSqliteTable& table, int row) {
+    HistoryCells cells{};
+    for (std::size_t column = 0; column < cells.size(); ++column)
+        cells[column] = table.Cell(row, static_cast<int>(column));
+    return cells;
+}
+
+HistoryCells HistoryCellsOf(const SqlRow& row) {
+    HistoryCells cells{};
+    for (std::size_t column = 0; column < cells.size(); ++column)
+        cells[column] = row.Cell(static_cast<int>(column));
+    return cells;
+}
+
+void FillRecord(YcHistoryRecord& record, const HistoryCells& cells) {
+    const auto cell = [&cells](EHistoryColumn column) { return cells[column]; };
     const auto int64 = [&cell](EHistoryColumn column, std::int64_t old) {
         return cell(column) != nullptr ? ParseInt64(cell(column)) : old;
     };
@@ -73,7 +98,9 @@ void FillRecord(YcHistoryRecord& record, const CSqliteTable& table, int row, con
     TakeText(record.fretime, cell(kHistoryFreTime));
     TakeText(record.collecttime, cell(kHistoryTimestamp));
     record.status = ERecordStatus::Found;
+}
 
+void PrintRecord(const YcHistoryRecord& record, const char* operation) {
     const CDiagLine line(operation);
     line.Print("tradenum:%s\n", record.tradenumber);
     line.Print("tradeelec:%d\n", record.tradeelec);
@@ -111,12 +138,10 @@ int CRuntimeData::CheckYCDB() {
 
 // A file from before there were indexes gets them here, once; that can take a while on a large one.
 void CRuntimeData::CreateHistoryIndexes(CSqliteDb& database) {
-    for (const char* sql : kCreateHistoryIndexes) {
-        if (database.Exec(sql) == SQLITE_OK) continue;
-        m_failures.Report(EFailure::HistoryIndex, "%s stays slow without its indexes: %s", kHistoryFile,
-                          database.Error());
-        return;
-    }
+    if (PrepareHistoryIndexes(database)) return;
+    m_failures.Report(EFailure::HistoryIndex, "%s stays slow without its indexes: %s", kHistoryFile,
+                      database.Error());
+    if (database.InTransaction()) database.Exec("ROLLBACK");
 }
 
 void CRuntimeData::RestoreCounters(CSqliteDb& database) {

@@ -1,8 +1,10 @@
 // The history database: its table, its columns, and rows as records.
 #pragma once
 
+#include <array>
 #include <cstdint>
 
+#include "System/SqlRows.h"
 #include "System/Sqlite.h"
 #include "history/HistoryRecord.h"
 
@@ -17,16 +19,6 @@ inline constexpr char kCreateYc[] =
     "TEXT(40),"
     "dcK1Cnt TEXT(40),dcK2Cnt TEXT(40))";
 static_assert(sizeof kCreateYc == 456 + 1);
-
-// Without these every query of the loop would read the whole table, which grows for years: a stall of seconds
-// on flash. Their order matters where two serve a query equally: the youngest is taken, and the pending rows
-// come by id as they would without an index. The partial ones cost the rows of other hours nothing.
-inline constexpr const char* kCreateHistoryIndexes[] = {
-    "CREATE INDEX IF NOT EXISTS tagYC_port ON tagYC(portNo)",
-    "CREATE INDEX IF NOT EXISTS tagYC_port_time ON tagYC(portNo,timestamp)",
-    "CREATE INDEX IF NOT EXISTS tagYC_port_pending ON tagYC(portNo) WHERE sendcount >= 1 AND sendcount < 6",
-    "CREATE INDEX IF NOT EXISTS tagYC_pending ON tagYC(id) WHERE sendcount >= 1 AND sendcount < 6",
-};
 
 // Columns in the order of `select *`.
 enum EHistoryColumn {
@@ -50,7 +42,19 @@ enum EHistoryColumn {
     kHistoryChargeCnt,
     kHistoryChargeTime,
     kHistoryK1Cnt,
-    kHistoryK2Cnt
+    kHistoryK2Cnt,
+    kHistoryColumns  // how many there are
+};
+
+// Texts of a row by column, null for NULL and for a column that the row does not have.
+using HistoryCells = std::array<const char*, kHistoryColumns>;
+HistoryCells HistoryCellsOf(const CSqliteTable& table, int row);
+HistoryCells HistoryCellsOf(const SqlRow& row);
+
+// A row that is resent: what its send count was.
+struct SentRow {
+    std::int32_t id;
+    std::int32_t sendCount;
 };
 
 // A request for an hour is answered with the newest record before this second of it: the record of an hour is
@@ -62,6 +66,12 @@ constexpr bool IsPending(int sendCount) {
     return sendCount >= 1 && sendCount < 6;
 }
 
-// Fills `record` from a row and prints the row's main values as lines of `operation`. A NULL leaves its field
-// as it was, a text is cut to its field. The status becomes Found.
-void FillRecord(YcHistoryRecord& record, const CSqliteTable& table, int row, const char* operation);
+// Whether the file at `path`, which exists, holds nothing or cannot be looked at, twice in a row with a while
+// between.
+bool IsHistoryBroken(const char* path);
+
+// Fills `record` from a row. A NULL leaves its field as it was, a text is cut to its field. The status
+// becomes Found.
+void FillRecord(YcHistoryRecord& record, const HistoryCells& cells);
+// Prints the main values of a record as lines of `operation`.
+void PrintRecord(const YcHistoryRecord& record, const char* operation);

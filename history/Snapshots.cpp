@@ -11,6 +11,7 @@
 #include "app/RuntimeData.h"
 #include "history/ChargingRecord.h"
 #include "history/HistoryDatabase.h"
+#include "history/HistoryIndexes.h"
 #include "points/ShmCtrl.h"
 
 namespace {
@@ -72,7 +73,7 @@ std::int32_t CRuntimeData::InsertYC(std::uint32_t hour, std::uint32_t port) {
     const Snapshot snapshot = TakeSnapshot(*m_shm, static_cast<int>(port));
     const long long* slot = snapshot.slots;
     CSqliteDb database;
-    if (const int result = database.Open(CAppPath(kHistoryFile).c_str(), kBusyInLoopMs); result != SQLITE_OK)
+    if (const int result = database.Open(CAppPath(kHistoryFile).c_str(), m_historyWait); result != SQLITE_OK)
         return result;
     CDiagLine(__func__).Print("InsertYc You have opened zorycdata.db successfully!");
     CSqlText<kInsertSize> sql;
@@ -98,7 +99,7 @@ int CRuntimeData::ReadDBSingleYCdata(const char* date, int port, int hour, YcHis
     const int capacity = count;
     count = 0;
     CSqliteDb database;
-    if (database.Open(CAppPath(kHistoryFile).c_str(), kBusyInLoopMs) != SQLITE_OK) return 0;
+    if (database.Open(CAppPath(kHistoryFile).c_str(), m_historyWait) != SQLITE_OK) return 0;
     const CDiagLine line(__func__);
     line.Print("You have opened zorycdata.db successfully!");
     CSqlText<kQuerySize> sql;
@@ -117,13 +118,15 @@ int CRuntimeData::ReadDBSingleYCdata(const char* date, int port, int hour, YcHis
         std::snprintf(asked, sizeof asked, "%s %02d:00:00", date, hour);
         MarkMissing(records[0], asked);
     } else if (hour != kWholeDay) {
-        FillRecord(records[0], table, 0, __func__);
+        FillRecord(records[0], HistoryCellsOf(table, 0));
+        PrintRecord(records[0], __func__);
         count = 1;
     } else {
         count = std::min({hours, table.Rows(), capacity});
+        const bool numbered = HasNumberedRows(database);
         int row = -1;
         for (int h = 0; h < count; ++h) {
-            row = NextById(table, row);
+            row = numbered ? NextById(table, row) : row + 1;
             FillHour(records[h], table, row, date, h);
         }
     }
@@ -162,7 +165,8 @@ void CRuntimeData::FillHour(YcHistoryRecord& record, const CSqliteTable& table, 
     CDiagLine(kOperation).Print("timeStr:%s\n", prefix);
     const char* timestamp = table.Cell(row, kHistoryTimestamp);
     if (timestamp != nullptr && std::strstr(timestamp, prefix) != nullptr) {
-        FillRecord(record, table, row, kOperation);
+        FillRecord(record, HistoryCellsOf(table, row));
+        PrintRecord(record, kOperation);
         return;
     }
     char asked[48];  // the prefix brings a colon of its own

@@ -36,25 +36,53 @@ void CRuntimeData::MsgRcvFromMain() {
     SysVMessage message{};
     m_lastReceiveResult =
         static_cast<std::int32_t>(msgrcv(m_queueId, &message, kMessageTextSize, kTypeFromMain, IPC_NOWAIT));
-    if (m_lastReceiveResult < 0) {
-        if (errno == EINTR)
-            CDiagLine(kOperation).Print("rcv error!");
-        else if (errno != ENOMSG)
-            m_failures.Report(EFailure::ReceiveFailed, "cannot read from queue 0x%X: %s",
-                              static_cast<unsigned>(kQueueKey), std::strerror(errno));
-        return;
-    }
+    if (m_lastReceiveResult < 0) return HandleReceiveFailure(errno);
     const FrameParts parts = SplitFrame(message.Frame(), kFrameCapacity);
     if (parts.count > kMaxInboundCount) {
         CDiagLine(kOperation).Print("ncount is error!");
         return;
     }
-    CDiagLine(kOperation).Print("-------------------rev from zor_main data--------------------------------");
-    CDiagLine(kOperation).Print("ncount:%d\n", parts.count);
+    CDiagLine(kOperation)
+        .PrintUnended("-------------------rev from zor_main data--------------------------------");
+    CDiagLine(kOperation).PrintUnended("ncount:%d\n", parts.count);
     DumpBytes(message.Frame(), parts.count + kFrameCode);
     CDiagLine(kOperation).Print("-------------------------------------------------------------------------");
     CDiagLine(kOperation).Print("msg:%d\n", parts.code);
     HandleCommand(message.Frame(), parts);
+}
+
+void CRuntimeData::HandleReceiveFailure(int error) {
+    switch (error) {
+        case ENOMSG:
+            return;
+        case EINTR:
+            return CDiagLine(kOperation).Print("rcv error!");
+        case E2BIG:
+            return DropOversized();
+        case EIDRM:
+        case EINVAL:
+            if (m_queueId >= 0) return GetQueueAgain();
+            break;
+        default:
+            break;
+    }
+    m_failures.Report(EFailure::ReceiveFailed, "cannot read from queue 0x%X: %s",
+                      static_cast<unsigned>(kQueueKey), std::strerror(error));
+}
+
+// The kernel hands out the oldest message first, and one that is too long never: all behind it would wait for
+// ever.
+void CRuntimeData::DropOversized() {
+    SysVMessage message{};
+    if (msgrcv(m_queueId, &message, kMessageTextSize, kTypeFromMain, IPC_NOWAIT | MSG_NOERROR) < 0) return;
+    m_failures.Report(EFailure::OversizedCommand, "dropped a command of more than %zu bytes",
+                      kMessageTextSize);
+}
+
+void CRuntimeData::GetQueueAgain() {
+    m_failures.Report(EFailure::QueueLost, "queue 0x%X was removed", static_cast<unsigned>(kQueueKey));
+    // Nobody may find a queue with this key for a moment: then the next poll tries again.
+    if (const int queue = msgget(kQueueKey, IPC_CREAT | kQueuePermissions); queue >= 0) m_queueId = queue;
 }
 
 void CRuntimeData::HandleCommand(const std::uint8_t* frame, const FrameParts& parts) {

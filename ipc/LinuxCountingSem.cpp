@@ -1,9 +1,10 @@
 #include <cstdio>
 
+#include "System/DiagLine.h"
 #include "ipc/MsgQueue.h"
 
 CLinuxCountingSem::CLinuxCountingSem(unsigned count) {
-    if (sem_init(&m_sem, 0, count) != 0) std::puts("CLinuxCountingSem:  error");
+    if (sem_init(&m_sem, 0, count) != 0) PrintPlain("CLinuxCountingSem:  error");
 }
 
 bool CLinuxCountingSem::Wait(int blocking, std::uint32_t timeout) {

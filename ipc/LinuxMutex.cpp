@@ -2,6 +2,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "System/DiagLine.h"
 #include "ipc/MsgQueue.h"
 
 CMutex::CMutex(const char* name) : m_name(strdup(name)) {}
@@ -9,7 +10,7 @@ CMutex::CMutex(const char* name) : m_name(strdup(name)) {}
 CLinuxMutex::CLinuxMutex(const char* name) : CMutex(name) {
     pthread_mutexattr_init(&m_attributes);
     if (pthread_mutexattr_settype(&m_attributes, PTHREAD_MUTEX_ERRORCHECK) != 0)
-        std::puts("CLinuxMutex::CnlLinuxMutex() : Failed to set mutex attibutes");
+        PrintPlain("CLinuxMutex::CnlLinuxMutex() : Failed to set mutex attibutes");
     pthread_mutex_init(&m_mutex, &m_attributes);
 }
 
@@ -21,7 +22,7 @@ bool CLinuxMutex::Lock() {
 
 bool CLinuxMutex::Unlock() {
     if (pthread_equal(m_owner, pthread_self()) == 0) {
-        std::puts("CnlLinuxMutex::Unlock() :  Error - Mutex not locked or not owned by the thread! ");
+        PrintPlain("CnlLinuxMutex::Unlock() :  Error - Mutex not locked or not owned by the thread! ");
         return false;
     }
     pthread_mutex_unlock(&m_mutex);

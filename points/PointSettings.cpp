@@ -108,7 +108,7 @@ int CRuntimeData::InitPointSettingYX() {
     if (!table.Ok()) CDiagLine(__func__).Print("sqlite3_get_table Fail:\n");
     for (int row = 0; row < table.Rows(); ++row)
         AppendYxPoint(m_yxPoints, ParseYxRow(table, row), m_portCount);
-    m_walk.changes.reserve(m_yxPoints.size());  // every point can change in one tick
+    m_walk.Reserve(m_yxPoints.size());  // every point can change in one tick
     SelectReportedPoints();
     return 0;
 }
@@ -121,5 +121,6 @@ int CRuntimeData::InitPointSettingYC() {
     for (int row = 0; row < table.Rows(); ++row)
         if (!AppendYcPoint(m_ycGroups, ParseYcRow(table, row), m_portCount))
             CDiagLine(__func__).Print("Add new Node");
+    FindReportedPoints();
     return 0;
 }

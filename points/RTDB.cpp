@@ -11,7 +11,7 @@
 
 int CRTDB::Load(const std::string& directory, std::int32_t chargerKind) {
     const CAppPath path(kPointSettingFile);
-    std::puts(path.c_str());
+    PrintPlain("%s", path.c_str());
     CSqliteDb database;
     database.OpenOrExit(path.c_str());
     CDiagLine(__func__).Print("You have opened a sqlite3 database named zorpointsetting.db successfully!");

@@ -1,8 +1,9 @@
 #include "points/ShmCtrl.h"
 
+#include <endian.h>
+
 #include <cstring>
 
-#include "System/Numbers.h"
 #include "points/PointRecords.h"
 #include "points/PortNumbering.h"
 
@@ -11,6 +12,12 @@ namespace {
 std::uint8_t ReadU8(const void* entry, std::size_t offset) {
     if (entry == nullptr) return 0;
     return *(static_cast<const volatile std::uint8_t*>(entry) + offset);
+}
+
+// One load of the whole word, so that it never mixes two writes of another process.
+std::uint32_t ReadU32(const void* entry, std::size_t offset) {
+    const void* at = static_cast<const std::uint8_t*>(entry) + offset;
+    return le32toh(*static_cast<const volatile std::uint32_t*>(at));
 }
 
 // Clears the first word and the free-form area, which follow each other in both kinds of entry.
@@ -61,15 +68,26 @@ LiveYc CShmCTRL::Yc(int index) {
     const auto* entry = static_cast<const std::uint8_t*>(getYc(index));
     if (entry == nullptr) return live;
     std::memcpy(live.area, entry + kEntryArea, sizeof live.area);
-    std::memcpy(&live.coefficient, entry + kYcCoefficient, sizeof live.coefficient);
-    live.raw = static_cast<std::uint32_t>(GetLe(entry + kYcRaw, sizeof live.raw));
+    const std::uint32_t coefficient = ReadU32(entry, kYcCoefficient);
+    std::memcpy(&live.coefficient, &coefficient, sizeof coefficient);
+    live.raw = ReadU32(entry, kYcRaw);
     return live;
 }
 
 std::uint64_t CShmCTRL::Counter(int index) {
-    const auto* entry = static_cast<const std::uint8_t*>(getDd(index));
+    constexpr int kTries = 8;  // a writer that never rests does not hold the loop
+    const void* entry = getDd(index);
     if (entry == nullptr) return 0;
-    return GetLe(entry + kDdLow, 4) | GetLe(entry + kDdHigh, 4) << 32;
+    std::uint32_t high = ReadU32(entry, kDdHigh);
+    std::uint32_t low = 0;
+    // A counter that carries between the two loads would show a value that it never had.
+    for (int i = 0; i < kTries; ++i) {
+        const std::uint32_t before = high;
+        low = ReadU32(entry, kDdLow);
+        high = ReadU32(entry, kDdHigh);
+        if (high == before) break;
+    }
+    return low | std::uint64_t{high} << 32;
 }
 
 std::uint8_t CShmCTRL::GunState(int port) {

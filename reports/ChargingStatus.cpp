@@ -1,5 +1,6 @@
 #include "reports/ChargingStatus.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "System/DiagLine.h"
@@ -8,86 +9,107 @@
 #include "reports/Messages.h"
 #include "reports/PortState.h"
 
-namespace {
+void PutEquipment(std::uint8_t* body, const ChargingField& field, const ChargingSource& source) {
+    PutReversed(body, field.at, source.shm.EquipmentNumber().data());
+}
 
-// Eight bytes of the charging area, by the kind of identity that its first byte names; zeros for any other
-// kind.
-void PutVehicleIdentity(std::uint8_t* body, const BodyField& field, const std::uint8_t* area) {
-    switch (area[0]) {
+void PutPort(std::uint8_t* body, const ChargingField& field, const ChargingSource& source) {
+    PutField(body, field.at, static_cast<std::uint32_t>(source.port));
+}
+
+void PutStateCode(std::uint8_t* body, const ChargingField& field, const ChargingSource& source) {
+    // This report does not look at the port's own fault point; A1_14 does.
+    CShmCTRL& shm = source.shm;
+    const bool fault = shm.Signal(kSignalStationFault) != 0 || shm.Signal(kSignalEmergencyStop) != 0;
+    PutField(body, field.at, ChargingStateCode(fault, shm.GunState(source.port), kUnknownIsNoCode));
+}
+
+void PutNothing(std::uint8_t* /*body*/, const ChargingField& /*field*/, const ChargingSource& /*source*/) {}
+
+void PutPortSignal(std::uint8_t* body, const ChargingField& field, const ChargingSource& source) {
+    PutField(body, field.at, source.shm.Signal(PortBase(source.port) + field.number));
+}
+
+void PutStationSignal(std::uint8_t* body, const ChargingField& field, const ChargingSource& source) {
+    PutField(body, field.at, source.shm.Signal(field.number));
+}
+
+void PutYc(std::uint8_t* body, const ChargingField& field, const ChargingSource& source) {
+    PutField(body, field.at, field.convert(*source.point));
+}
+
+void PutYcBytes(std::uint8_t* body, const ChargingField& field, const ChargingSource& source) {
+    std::uint8_t bytes[kYcAreaSize];
+    std::memcpy(bytes, source.point->name, sizeof bytes);
+    PutReversed(body, field.at, bytes);
+}
+
+void PutAreaKind(std::uint8_t* body, const ChargingField& field, const ChargingSource& source) {
+    PutField(body, field.at, source.area[0]);
+}
+
+void PutVehicleIdentity(std::uint8_t* body, const ChargingField& field, const ChargingSource& source) {
+    switch (source.area[0]) {  // any other kind has none
         case 1:
-            return PutReversed(body, field, area + 166);
+            return PutReversed(body, field.at, source.area + 166);
         case 3:
         case 5:
-            return PutReversed(body, field, area + 182);
+            return PutReversed(body, field.at, source.area + 182);
         case 4:
-            return PutReversed(body, field, area + 174);
+            return PutReversed(body, field.at, source.area + 174);
         default:
             return;
     }
 }
 
-// This report does not look at the port's own fault point; A1_14 does.
-std::uint8_t StateCode(CShmCTRL& shm, int port) {
-    const bool fault = shm.Signal(kSignalStationFault) != 0 || shm.Signal(kSignalEmergencyStop) != 0;
-    return ChargingStateCode(fault, shm.GunState(port), kUnknownIsNoCode);
+void PutAreaBytes(std::uint8_t* body, const ChargingField& field, const ChargingSource& source) {
+    PutReversed(body, field.at, source.area + field.number);
 }
 
-// Everything but the telemetry points.
-void PutLive(std::uint8_t* body, const ChargingField& field, CShmCTRL& shm, int port,
-             const std::array<std::uint8_t, kChargingAreaSize>& area) {
-    switch (field.source) {
-        case EChargingSource::Equipment:
-            return PutReversed(body, field.at, shm.EquipmentNumber().data());
-        case EChargingSource::Port:
-            return PutField(body, field.at, static_cast<std::uint32_t>(port));
-        case EChargingSource::StateCode:
-            return PutField(body, field.at, StateCode(shm, port));
-        case EChargingSource::PortSignal:
-            return PutField(body, field.at, shm.Signal(PortBase(port) + field.number));
-        case EChargingSource::StationSignal:
-            return PutField(body, field.at, shm.Signal(field.number));
-        case EChargingSource::AreaKind:
-            return PutField(body, field.at, area[0]);
-        case EChargingSource::VehicleIdentity:
-            return PutVehicleIdentity(body, field.at, area.data());
-        case EChargingSource::AreaBytes:
-            return PutReversed(body, field.at, area.data() + field.number);
-        case EChargingSource::Counter:
-            return PutField(body, field.at, shm.Counter(CounterBase(port) + field.number));
-        case EChargingSource::Yc:
-        case EChargingSource::YcBytes:
-        case EChargingSource::Zero:
-            return;
-    }
+void PutCounter(std::uint8_t* body, const ChargingField& field, const ChargingSource& source) {
+    PutField(body, field.at, source.shm.Counter(CounterBase(source.port) + field.number));
 }
 
-void PutPoint(std::uint8_t* body, const ChargingField& field, const YcPointRecord& point) {
-    if (field.source == EChargingSource::Yc) return PutField(body, field.at, ConvertYc(field.form, point));
-    std::uint8_t bytes[kYcAreaSize];
-    std::memcpy(bytes, point.name, sizeof bytes);
-    PutReversed(body, field.at, bytes);
-}
+namespace {
 
-bool TakesPoint(const ChargingField& field, std::int64_t number) {
-    const bool ofPoint = field.source == EChargingSource::Yc || field.source == EChargingSource::YcBytes;
-    return ofPoint && field.number == number;
+void SetPlace(std::vector<ChargingPlace>& places, const ChargingField& field, const YcPointRecord& point) {
+    const auto same = std::find_if(places.begin(), places.end(),
+                                   [&field](const ChargingPlace& place) { return place.field == &field; });
+    if (same != places.end())
+        same->point = &point;
+    else
+        places.push_back({&field, &point});
 }
 
 }  // namespace
 
-ChargingBody BuildChargingBody(CShmCTRL& shm, const std::list<YcPointRecord>& points, int port) {
+GroupPlaces::GroupPlaces(const std::list<YcPointRecord>& points) {
+    for (const YcPointRecord& point : points) {
+        if (point.pointNumber == kYcIdleVoltage) voltage = &point;
+        if (point.pointNumber == kYcIdleCurrent) current = &point;
+        for (int port = 0; port < kPortSlots; ++port) {
+            const std::int64_t ofPort = std::int64_t{point.pointNumber} - PortBase(port);
+            for (const ChargingField& field : kChargingFields)
+                if (field.ShowsPoint() && field.number == ofPort)
+                    SetPlace(charging[static_cast<std::size_t>(port)], field, point);
+        }
+    }
+}
+
+ChargingBody BuildChargingBody(CShmCTRL& shm, const GroupPlaces& places, int port) {
     ChargingBody body{};
     const auto area = shm.ChargingArea(port);
-    for (const ChargingField& field : kChargingFields) PutLive(body.data(), field, shm, port, area);
-    for (const YcPointRecord& point : points) {
-        const std::int64_t number = std::int64_t{point.pointNumber} - PortBase(port);
-        for (const ChargingField& field : kChargingFields)
-            if (TakesPoint(field, number)) PutPoint(body.data(), field, point);
+    ChargingSource source{shm, port, area.data(), nullptr};
+    for (const ChargingField& field : kChargingFields)
+        if (!field.ShowsPoint()) field.put(body.data(), field, source);
+    for (const ChargingPlace& place : places.charging[static_cast<std::size_t>(port)]) {
+        source.point = place.point;
+        place.field->put(body.data(), *place.field, source);
     }
     return body;
 }
 
-void CRuntimeData::Send_DC_A1_5(const std::list<YcPointRecord>& points, int port) {
+void CRuntimeData::Send_DC_A1_5(const GroupPlaces& places, int port) {
     constexpr std::uint32_t kFastReports = 18;  // a charging begins with this many, in quick succession
     constexpr std::uint32_t kFastTicks = 100;
     PortState& state = Port(port);
@@ -103,7 +125,7 @@ void CRuntimeData::Send_DC_A1_5(const std::list<YcPointRecord>& points, int port
     }
     ++state.chargingReports;
     state.chargingTicks = 0;
-    const ChargingBody body = BuildChargingBody(*m_shm, points, port);
+    const ChargingBody body = BuildChargingBody(*m_shm, places, port);
     CDiagLine(__func__).Dump("msgcode: 34509 data:", body.data(), body.size());
     PostMsg(kCodeA1_5, body.data(), body.size());
 }

@@ -40,14 +40,6 @@ class CDocument {
     bool m_complete = true;
 };
 
-// Value of the last point with this number, without the port's offset; 0 without one.
-std::uint16_t ScaledValue(const std::list<YcPointRecord>& points, std::int32_t number) {
-    std::uint16_t value = 0;
-    for (const YcPointRecord& point : points)
-        if (point.pointNumber == number) value = static_cast<std::uint16_t>(ConvertU(point));
-    return value;
-}
-
 std::uint8_t WorkCode(CShmCTRL& shm, int port) {
     return ChargingStateCode(PortHasFault(shm, port), shm.GunState(port), kUnknownIsNoCode);
 }
@@ -55,7 +47,7 @@ std::uint8_t WorkCode(CShmCTRL& shm, int port) {
 // What a document is made from.
 struct IdleSource {
     CShmCTRL& shm;
-    const std::list<YcPointRecord>& points;
+    const GroupPlaces& places;
     int port;
     std::uint32_t sequence;
 
@@ -84,8 +76,10 @@ cJSON* WorkFlag(const IdleSource& source) {
     return cJSON_CreateString(text);
 }
 
-cJSON* Scaled(const IdleSource& source, int point, double perUnit) {
-    return cJSON_CreateNumber(ScaledValue(source.points, point) / perUnit);
+// The value of a point, 0 without one.
+cJSON* Scaled(const YcPointRecord* point, double perUnit) {
+    const auto value = static_cast<std::uint16_t>(point != nullptr ? ConvertU(*point) : 0);
+    return cJSON_CreateNumber(value / perUnit);
 }
 
 cJSON* Meter(const IdleSource& source) {
@@ -113,8 +107,8 @@ constexpr IdleMember kMembers[] = {
     {"lockFlag", [](const IdleSource& source) { return source.Signal(kSignalGunLocked); }},
     {"ctrFlag", [](const IdleSource& source) { return source.Signal(kSignalControl); }},
     {"workFlag", WorkFlag},
-    {"outputV", [](const IdleSource& source) { return Scaled(source, kYcIdleVoltage, 10.0); }},
-    {"outputC", [](const IdleSource& source) { return Scaled(source, kYcIdleCurrent, 100.0); }},
+    {"outputV", [](const IdleSource& source) { return Scaled(source.places.voltage, 10.0); }},
+    {"outputC", [](const IdleSource& source) { return Scaled(source.places.current, 100.0); }},
     {"meterVal", Meter},
 };
 
@@ -125,15 +119,14 @@ bool IsIdleMember(const char* key) {
                        [key](const IdleMember& member) { return std::strcmp(member.key, key) == 0; });
 }
 
-char* BuildIdleDocument(CShmCTRL& shm, const std::list<YcPointRecord>& points, int port,
-                        std::uint32_t sequence) {
+char* BuildIdleDocument(CShmCTRL& shm, const GroupPlaces& places, int port, std::uint32_t sequence) {
     CDocument document;
     for (const IdleMember& member : kMembers)
-        document.Add(member.key, member.make({shm, points, port, sequence}));
+        document.Add(member.key, member.make({shm, places, port, sequence}));
     return document.Print();
 }
 
-void CRuntimeData::Send_DC_A1_6(const std::list<YcPointRecord>& points, int port) {
+void CRuntimeData::Send_DC_A1_6(const GroupPlaces& places, int port) {
     constexpr std::uint32_t kSequenceEnd = 65536;
     std::uint32_t& ticks = Port(port).idleTicks;
     if (m_shm->Signal(PortBase(port) + kSignalCharging) != 0) {
@@ -148,7 +141,7 @@ void CRuntimeData::Send_DC_A1_6(const std::list<YcPointRecord>& points, int port
     // Used up by the building, whatever becomes of the document.
     const std::uint32_t sequence = m_idleSequence < kSequenceEnd ? m_idleSequence : 0;
     m_idleSequence = sequence + 1;
-    char* text = BuildIdleDocument(*m_shm, points, port, sequence);
+    char* text = BuildIdleDocument(*m_shm, places, port, sequence);
     const std::size_t length = text != nullptr ? std::strlen(text) : 0;
     if (length > 0 && length <= kIdleCapacity) PostMsg(kCodeA1_6, text, static_cast<std::uint32_t>(length));
     std::free(text);

@@ -2,9 +2,8 @@
 #pragma once
 
 #include <cstdint>
-#include <list>
 
-#include "points/PointRecords.h"
+#include "reports/ChargingStatus.h"
 
 class CShmCTRL;
 
@@ -12,8 +11,7 @@ inline constexpr std::size_t kIdleCapacity = 512;  // longest document that is p
 
 // The document of `port` as unformatted JSON text, from live values and the points of one group; to be
 // released with free(). Null when there is no memory for it.
-char* BuildIdleDocument(CShmCTRL& shm, const std::list<YcPointRecord>& points, int port,
-                        std::uint32_t sequence);
+char* BuildIdleDocument(CShmCTRL& shm, const GroupPlaces& places, int port, std::uint32_t sequence);
 
 // True for the key of a member of the document.
 bool IsIdleMember(const char* key);

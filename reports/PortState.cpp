@@ -11,24 +11,13 @@ bool PortHasFault(CShmCTRL& shm, int port) {
            shm.Signal(PortBase(port) + kSignalPortFault) != 0;
 }
 
-PortStateBody BuildPortStateBody(const EquipmentNumber& equipment, int port, std::uint8_t stateCode) {
+PortStateBody BuildPortStateBody(const PortStateSource& source) {
     PortStateBody body{};
-    for (const PortStateField& field : kPortStateFields) {
-        switch (field.source) {
-            case EPortStateSource::Equipment:
-                PutReversed(body.data(), field.at, equipment.data());
-                break;
-            case EPortStateSource::Port:
-                PutField(body.data(), field.at, static_cast<std::uint32_t>(port));
-                break;
-            case EPortStateSource::StateCode:
-                PutField(body.data(), field.at, stateCode);
-                break;
-            case EPortStateSource::Constant:
-                PutField(body.data(), field.at, field.constant);
-                break;
-        }
-    }
+    for (const PortStateField& field : kPortStateFields)
+        if (field.number != nullptr)
+            PutField(body.data(), field.at, field.number(source));
+        else
+            PutReversed(body.data(), field.at, source.equipment.data());
     return body;
 }
 
@@ -41,7 +30,7 @@ void CRuntimeData::Send_DC_A1_14(int port) {
         ChargingStateCode(PortHasFault(*m_shm, port), m_shm->GunState(port), kUnknownIsFault);
     if (code == Port(port).lastStateCode) return;
     Port(port).lastStateCode = code;
-    const PortStateBody body = BuildPortStateBody(m_shm->EquipmentNumber(), port, code);
+    const PortStateBody body = BuildPortStateBody({m_shm->EquipmentNumber(), port, code});
     PostMsg(kCodeA1_14, body.data(), body.size());
     CDiagLine(__func__).Dump("msgcode: 34518 data:", &body[kDumpFrom], kDumpLength);
 }

@@ -46,31 +46,43 @@ class CShmCTRL;
 // True when a station-wide fault signal or the fault signal of `port` itself is set.
 bool PortHasFault(CShmCTRL& shm, int port);
 
-enum class EPortStateSource : std::uint8_t { Equipment, Port, StateCode, Constant };
+using EquipmentNumber = std::array<std::uint8_t, kEquipmentSize>;
+
+// What the body is made from; the number of a fixed field is its own.
+struct PortStateSource {
+    const EquipmentNumber& equipment;  // as stored in shared memory
+    int port;
+    std::uint8_t stateCode;
+};
 
 struct PortStateField {
     BodyField at;
-    EPortStateSource source;
-    std::uint16_t constant = 0;
+    // The field's number; null for the equipment number.
+    std::uint32_t (*number)(const PortStateSource& source);
 };
 
+template <std::uint32_t kValue>
+constexpr std::uint32_t Fixed(const PortStateSource& /*source*/) {
+    return kValue;
+}
+
 inline constexpr PortStateField kPortStateFields[] = {
-    {{0, kEquipmentSize, EShow::Reversed, "equipment"}, EPortStateSource::Equipment},
-    {{8, 1, EShow::Number, "port"}, EPortStateSource::Port},
-    {{9, 1, EShow::Fixed, nullptr}, EPortStateSource::Constant, 1},
-    {{10, 1, EShow::Fixed, nullptr}, EPortStateSource::Constant, 0},
-    {{11, 2, EShow::Fixed, nullptr}, EPortStateSource::Constant, 1000},
-    {{13, 1, EShow::Fixed, nullptr}, EPortStateSource::Constant, 0},
-    {{14, 1, EShow::Number, "state"}, EPortStateSource::StateCode},
-    {{15, 1, EShow::Fixed, nullptr}, EPortStateSource::Constant, 0},
-    {{16, 1, EShow::Fixed, nullptr}, EPortStateSource::Constant, 0},
-    {{17, 1, EShow::Fixed, nullptr}, EPortStateSource::Constant, 1},
+    {{0, kEquipmentSize, EShow::Reversed, "equipment"}, nullptr},
+    {{8, 1, EShow::Number, "port"},
+     [](const PortStateSource& source) { return static_cast<std::uint32_t>(source.port); }},
+    {{9, 1, EShow::Fixed, nullptr}, Fixed<1>},
+    {{10, 1, EShow::Fixed, nullptr}, Fixed<0>},
+    {{11, 2, EShow::Fixed, nullptr}, Fixed<1000>},
+    {{13, 1, EShow::Fixed, nullptr}, Fixed<0>},
+    {{14, 1, EShow::Number, "state"},
+     [](const PortStateSource& source) { return std::uint32_t{source.stateCode}; }},
+    {{15, 1, EShow::Fixed, nullptr}, Fixed<0>},
+    {{16, 1, EShow::Fixed, nullptr}, Fixed<0>},
+    {{17, 1, EShow::Fixed, nullptr}, Fixed<1>},
 };
 inline constexpr std::size_t kPortStateSize = 18;
 static_assert(CoversBody(kPortStateFields, kPortStateSize));
 
-using EquipmentNumber = std::array<std::uint8_t, kEquipmentSize>;
 using PortStateBody = std::array<std::uint8_t, kPortStateSize>;
 
-// `equipment` as stored in shared memory.
-PortStateBody BuildPortStateBody(const EquipmentNumber& equipment, int port, std::uint8_t stateCode);
+PortStateBody BuildPortStateBody(const PortStateSource& source);

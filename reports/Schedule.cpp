@@ -1,4 +1,6 @@
 // What happens per tick, in order.
+#include <sys/stat.h>
+
 #include <cstring>
 #include <ctime>
 
@@ -7,6 +9,9 @@
 #include "points/ShmCtrl.h"
 
 void CRuntimeData::SchedulerTick() {
+    FollowTimeZone();
+    m_eventWait.Renew();
+    m_historyWait.Renew();
     DetectStatusChanges();
     HourlyStep();
     RefreshYc();
@@ -19,19 +24,32 @@ void CRuntimeData::SchedulerTick() {
     }
 }
 
-// Dates do not look at the zone by themselves (see CDateTime): one that is set while the process runs counts
-// from the next minute on.
+// Dates do not look at the zone by themselves (see CDateTime), and looking costs memory whenever the zone is
+// that of the system: so once a second, and only after its file has changed.
 void CRuntimeData::FollowTimeZone() {
-    const std::time_t minute = std::time(nullptr) / 60;
-    if (minute == m_lastZoneMinute) return;
-    m_lastZoneMinute = minute;
+    const std::time_t second = std::time(nullptr);
+    if (second == m_lastZoneSecond) return;
+    m_lastZoneSecond = second;
+    struct stat file {};
+    const ZoneFile now = stat("/etc/localtime", &file) == 0
+                             ? ZoneFile{file.st_dev, file.st_ino, file.st_mtim.tv_sec, file.st_mtim.tv_nsec}
+                             : ZoneFile{};
+    if (now == m_zoneFile) return;
+    m_zoneFile = now;
     tzset();
 }
 
+bool CRuntimeData::HasWaited() const {
+    constexpr int kShortWaitMs = 200;
+    return m_eventWait.WaitedMs() + m_historyWait.WaitedMs() > kShortWaitMs;
+}
+
 void CRuntimeData::HourlyStep() {
-    FollowTimeZone();
     constexpr int kCacheCheckMinute = 40;
+    constexpr int kLatestSecond = 50;
     const CDateTime now = CDateTime::Now();
+    // Two files that are locked at once would hold the loop twice as long: the hour's work has a minute.
+    if (HasWaited() && now.Second() < kLatestSecond) return;
     const int hour = now.Hour();
     if (hour != m_lastHour && now.Minute() == 0) {
         m_lastHour = hour;
@@ -47,9 +65,15 @@ void CRuntimeData::HourlyStep() {
     }
 }
 
+void CRuntimeData::FindReportedPoints() {
+    m_places.clear();
+    for (const YcGroup& group : m_ycGroups) m_places.emplace_back(group.points);
+}
+
 void CRuntimeData::RefreshYc() {
     if (m_sendflag != 1) return;
     const PortRange ports = PortsOf(m_portCount);
+    auto places = m_places.cbegin();
     for (YcGroup& group : m_ycGroups) {
         for (YcPointRecord& point : group.points) {
             const LiveYc live = m_shm->Yc(point.pointNumber);
@@ -60,9 +84,10 @@ void CRuntimeData::RefreshYc() {
         if (m_chargerKind != kDcCharger) continue;
         // Per group: a report holds the values of one group, and its counters run once for each.
         for (int port = ports.first; port <= ports.last; ++port) {
-            Send_DC_A1_5(group.points, port);
-            Send_DC_A1_6(group.points, port);
+            Send_DC_A1_5(*places, port);
+            Send_DC_A1_6(*places, port);
         }
+        ++places;
     }
 }
 

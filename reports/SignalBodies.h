@@ -72,10 +72,6 @@ struct PortSignals {
     std::vector<std::uint8_t> lastReported;  // by slot: points that share a number share the byte
     std::vector<GunPoint> gunPoints;
     std::uint8_t lastGun[kGunSignals] = {};
-    // State of the point list (see m_signalGeneration) in which a walk last found nothing to report; 0 for
-    // none. Until the list changes, the next walk would find nothing either.
-    std::uint32_t changesSettled = 0;
-    std::uint32_t gunSettled = 0;
 };
 
 // Selects from `list`, which must outlive the result.

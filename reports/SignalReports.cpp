@@ -40,7 +40,6 @@ void CRuntimeData::Send_DC_A1_13(int port) {
 
 void CRuntimeData::Send_DC_A1_11(int port) {
     PortSignals& signals = Port(port).signals;
-    if (signals.changesSettled == m_signalGeneration) return;
     CListBody body(kChangesLayout);
     PutOrigin(body, *m_shm, port);
     FaultSummaries faults;
@@ -56,10 +55,7 @@ void CRuntimeData::Send_DC_A1_11(int port) {
         PutField(entry, kChangesEntry[1], value);
         last = value;
     }
-    if (body.Entries() == 0) {
-        signals.changesSettled = m_signalGeneration;
-        return;
-    }
+    if (body.Entries() == 0) return;
     PutField(body.Head(), kChangesFaultA, faults.a);
     PutField(body.Head(), kChangesFaultB, faults.b);
     const std::uint32_t length = body.Finish();
@@ -69,7 +65,6 @@ void CRuntimeData::Send_DC_A1_11(int port) {
 
 void CRuntimeData::Send_DC_A1_15(int port) {
     PortSignals& signals = Port(port).signals;
-    if (signals.gunSettled == m_signalGeneration) return;
     CListBody body(kGunLayout);
     PutOrigin(body, *m_shm, port);
     for (const GunPoint& point : signals.gunPoints) {
@@ -83,10 +78,7 @@ void CRuntimeData::Send_DC_A1_15(int port) {
         PutField(entry, kGunValue, value);
         last = value;
     }
-    if (body.Entries() == 0) {
-        signals.gunSettled = m_signalGeneration;
-        return;
-    }
+    if (body.Entries() == 0) return;
     const std::uint32_t length = body.Finish();
     body.Head()[length - 1] = kGunClosing;
     PostMsg(kCodeA1_15, body.Data(), length);

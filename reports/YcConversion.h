@@ -7,50 +7,33 @@
 #include "System/Numbers.h"
 #include "points/PointRecords.h"
 
-enum class EYcForm : std::uint8_t {
-    U,   // product as unsigned, offset added as integer
-    S,   // product as signed, offset added as integer
-    A,   // offset added in float
-    AS,  // as A, the raw value read as signed
-    N    // product taken from the offset in float
-};
-
+// Product as unsigned, offset added as integer.
 inline std::uint32_t ConvertU(const YcPointRecord& point) {
     return TruncateToUInt32(static_cast<float>(point.currentRaw) * point.scale) + point.offset;
 }
 
+// Product as signed, offset added as integer.
 inline std::uint32_t ConvertS(const YcPointRecord& point) {
     const std::int32_t product = TruncateToInt32(static_cast<float>(point.currentRaw) * point.scale);
     return static_cast<std::uint32_t>(product) + point.offset;
 }
 
+// Offset added in float.
 inline std::uint32_t ConvertA(const YcPointRecord& point) {
     const float product = static_cast<float>(point.currentRaw) * point.scale;
     return TruncateToUInt32(static_cast<float>(point.offset) + product);
 }
 
+// As A, the raw value read as signed.
 inline std::uint32_t ConvertAS(const YcPointRecord& point) {
     const float product = static_cast<float>(static_cast<std::int32_t>(point.currentRaw)) * point.scale;
     return TruncateToUInt32(static_cast<float>(point.offset) + product);
 }
 
+// Product taken from the offset in float.
 inline std::uint32_t ConvertN(const YcPointRecord& point) {
     const float product = static_cast<float>(point.currentRaw) * point.scale;
     return TruncateToUInt32(static_cast<float>(point.offset) - product);
 }
 
-inline std::uint32_t ConvertYc(EYcForm form, const YcPointRecord& point) {
-    switch (form) {
-        case EYcForm::S:
-            return ConvertS(point);
-        case EYcForm::A:
-            return ConvertA(point);
-        case EYcForm::AS:
-            return ConvertAS(point);
-        case EYcForm::N:
-            return ConvertN(point);
-        case EYcForm::U:
-            break;
-    }
-    return ConvertU(point);
-}
+using YcConversion = std::uint32_t (*)(const YcPointRecord& point);

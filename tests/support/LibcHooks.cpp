@@ -1,7 +1,9 @@
 #include "tests/support/LibcHooks.h"
 
 #include <dlfcn.h>
+#include <fcntl.h>
 #include <sys/msg.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <atomic>
@@ -11,7 +13,10 @@
 namespace {
 
 int nextError = 0;
+bool unlockFails = false;
 int failingReads = 0;
+std::string unseenFile;
+int failingStats = 0;
 std::atomic<std::uint64_t> allocations{0};
 
 bool Fails() {
@@ -34,6 +39,15 @@ void FailNextQueueCall(int error) {
 
 void FailReads(int count) {
     failingReads = count;
+}
+
+void FailNextUnlock() {
+    unlockFails = true;
+}
+
+void FailStats(const std::string& file, int count) {
+    unseenFile = file;
+    failingStats = count;
 }
 
 std::uint64_t Allocations() {
@@ -64,6 +78,28 @@ ssize_t Pread(int file, void* data, std::size_t size, off64_t offset) {
         return -1;
     }
     return Real<ssize_t(int, void*, std::size_t, off64_t)>("pread64")(file, data, size, offset);
+}
+
+// The argument comes as a variable one, which the processors at hand pass like any other.
+int Fcntl(int file, int command, void* argument) __asm__("fcntl64");
+int Fcntl(int file, int command, void* argument) {
+    if (unlockFails && command == F_SETLK && static_cast<flock64*>(argument)->l_type == F_UNLCK) {
+        unlockFails = false;
+        errno = EIO;
+        return -1;
+    }
+    return Real<int(int, int, void*)>("fcntl64")(file, command, argument);
+}
+
+// With the name that it has where files can be large.
+int Stat(const char* path, struct stat* found) __asm__("stat64");
+int Stat(const char* path, struct stat* found) {
+    if (failingStats > 0 && path == unseenFile) {
+        --failingStats;
+        errno = EIO;
+        return -1;
+    }
+    return Real<int(const char*, struct stat*)>("stat64")(path, found);
 }
 
 #ifdef ZOR_ADDRESS_SANITIZER

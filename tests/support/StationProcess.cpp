@@ -41,10 +41,14 @@ void Redirect(const std::string& path, int descriptor) {
     dup2(open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_APPEND | O_CLOEXEC, 0600), descriptor);
 }
 
-[[noreturn]] void Execute(int socket) {
+[[noreturn]] void Execute(int socket, int log) {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     Redirect(OutputFile(), STDOUT_FILENO);
     Redirect(ErrorFile(), STDERR_FILENO);
+    if (log >= 0) {
+        dup2(log, STDOUT_FILENO);
+        dup2(log, STDERR_FILENO);
+    }
     // The emulator passes the libraries on to the program in it; for the emulator itself they are of the
     // wrong kind.
     if (kEmulated)
@@ -64,6 +68,20 @@ void Redirect(const std::string& path, int descriptor) {
 
 CStationProcess::~CStationProcess() {
     Kill();
+    for (const int end : m_log) close(end);
+}
+
+void CStationProcess::HangLog() {
+    ASSERT_EQ(0, pipe2(m_log, O_CLOEXEC));
+    fcntl(m_log[0], F_SETFL, O_NONBLOCK);
+}
+
+std::string CStationProcess::ReadHungLog() {
+    std::string text;
+    char part[4096];
+    for (ssize_t got = 0; (got = read(m_log[0], part, sizeof part)) > 0;)
+        text.append(part, static_cast<std::size_t>(got));
+    return text;
 }
 
 bool CStationProcess::Start() {
@@ -72,7 +90,7 @@ bool CStationProcess::Start() {
     m_pid = fork();
     if (m_pid == 0) {
         fcntl(ends[1], F_SETFD, 0);
-        Execute(ends[1]);
+        Execute(ends[1], m_log[1]);
     }
     close(ends[1]);
     m_socket = ends[0];

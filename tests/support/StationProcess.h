@@ -29,6 +29,11 @@ class CStationProcess {
     // from 1) that writes, syncs, cuts or removes a file. False when they had fewer of them.
     bool RunIntoKill(std::uint32_t fileCall, std::uint32_t passes = 1);
 
+    // Before its start: nobody reads what it prints.
+    void HangLog();
+    // From now on somebody does: what has got through until now.
+    std::string ReadHungLog();
+
     // Such calls during the last run, and those of them that waited for the disk.
     std::uint32_t FileCalls() const { return m_fileCalls; }
     std::uint32_t Syncs() const { return m_syncs; }
@@ -55,6 +60,7 @@ class CStationProcess {
 
     pid_t m_pid = -1;
     int m_socket = -1;
+    int m_log[2] = {-1, -1};  // ends of the pipe that hangs
     std::int64_t m_nowMicros = kStart * 1000000;
     std::uint32_t m_fileCalls = 0;
     std::uint32_t m_syncs = 0;

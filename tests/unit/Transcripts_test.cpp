@@ -165,9 +165,9 @@ class CTranscript : public CStationTest, public testing::WithParamInterface<std:
     }
     // So many bytes of what A1_5 would be now.
     void ShowCharging(int port, int offset, int count) {
-        const std::list<YcPointRecord> none;
-        const auto& points = runtime.m_ycGroups.empty() ? none : runtime.m_ycGroups.front().points;
-        const ChargingBody body = BuildChargingBody(live, points, port);
+        const GroupPlaces none;
+        const GroupPlaces& places = runtime.m_places.empty() ? none : runtime.m_places.front();
+        const ChargingBody body = BuildChargingBody(live, places, port);
         Show(ToHex(body.data() + offset, static_cast<std::size_t>(count)));
     }
     // Lets ticks go by and shows in which of them, counted from 1 at the last "anew", which port posts what.
@@ -413,7 +413,7 @@ class CTranscript : public CStationTest, public testing::WithParamInterface<std:
         {"charging", m_line.Call([this](int port, int offset, int count) { ShowCharging(port, offset, count); })},
         {"receive", m_line.Call(runtime, &CRuntimeData::MsgRcvFromMain)},
         {"received", [this] { Show(runtime.m_lastReceiveResult); }},
-        {"A1_6", m_line.Call([this](int port) { runtime.Send_DC_A1_6(runtime.m_ycGroups.front().points, port); })},
+        {"A1_6", m_line.Call([this](int port) { runtime.Send_DC_A1_6(runtime.m_places.front(), port); })},
         {"A1_11", m_line.Call(runtime, &CRuntimeData::Send_DC_A1_11)},
         {"A1_13", m_line.Call(runtime, &CRuntimeData::Send_DC_A1_13)},
         {"A1_14", m_line.Call(runtime, &CRuntimeData::Send_DC_A1_14)},
@@ -429,8 +429,7 @@ TEST_P(CTranscript, IsWhatHappens) {
 INSTANTIATE_TEST_SUITE_P(
     Transcripts, CTranscript,
     testing::Values("csv", "decode", "init", "log", "main", "names", "play", "scenario", "status", "use",
-                    "values", "watch", "runtime/events", "runtime/locks", "runtime/plans",
-                    "runtime/quiet", "runtime/walks"),
+                    "values", "watch", "runtime/plans"),
     [](const auto& transcript) { return std::regex_replace(transcript.param, std::regex("/"), "_"); });
 
 }  // namespace

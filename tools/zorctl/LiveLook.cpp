@@ -161,7 +161,7 @@ PortPicture CLiveLook::LookAtPort(int port, CMoment now) {
     std::uint64_t counter = 0;
     std::string gun;
     if (m_live) {
-        body = BuildChargingBody(*m_live, m_telemetry, port);
+        body = BuildChargingBody(*m_live, GroupPlaces(m_telemetry), port);
         code = ChargingStateCode(PortHasFault(*m_live, port), m_live->GunState(port), kUnknownIsFault);
         gun = GunText(*m_live, port);
         counter = m_live->Counter(CounterBase(port));

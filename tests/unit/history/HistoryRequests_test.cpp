@@ -85,19 +85,6 @@ ff 30 08 23 20 0a | ff 03 00 10 30 01
                 HasSubstr(";Read History YCdata lenth:2;collecttime :2023-08-29 00::00:00;"));
 }
 
-// Nothing of the points, counters and counts that would be its own lies in the record.
-TEST_F(HistoryRequests, PortThatTheStationDoesNotHave) {
-    MakeRows("0 0 30 10:00:03|3 0 30 10:00:03|9 0 30 10:00:03");
-    for (int port = 0; port <= 9; ++port) {
-        CLiveValues::Put(live.getYc(port * 128 + 189), kEntryArea, std::array{'a', 'b', 'c', 'd', 'e', 'f'});
-        live.SetYc(port * 128 + 190, 1);
-    }
-    for (const char* port : {"00", "03", "09"}) {
-        const std::string record = PostedTo("08 00 85 2c " + std::string(port) + " 30 08 23 20 0a").at(0);
-        EXPECT_EQ(port + std::string(" 03 00 10 30 08 23 20 01 00 00 00 00 00 00 "), record.substr(30, 45));
-    }
-}
-
 // Counted, resent eight at a time in the order of their ids, given up at six.
 TEST_F(HistoryRequests, PendingRows) {
     MakeRows("1 1 10|2 5 11|1 1 12|2 1 13|1 1 14|2 1 15|1 0 15 01|1 1 16|2 1 17|1 1 18|2 1 19|1 6 20");
@@ -192,6 +179,7 @@ TEST_F(HistoryRequests, FileThatIsLockedOrGone) {
     auto lock = std::make_unique<CForeignLock>(AppFile(kHistoryFile), CForeignLock::kWriter);
     for (std::size_t i = 0; i < std::size(kActs); ++i) {
         FakeClock::Set(FakeClock::kStart);
+        runtime.m_historyWait.Renew();
         EXPECT_THAT(Printed(kActs[i]), HasSubstr(kLast[i]));
         EXPECT_EQ(i == 0 ? "insert into zorycdata.db error!: database is locked\n" : "", errors);
         EXPECT_EQ(1000000, FakeClock::Slept()) << i;
@@ -199,6 +187,8 @@ TEST_F(HistoryRequests, FileThatIsLockedOrGone) {
     EXPECT_EQ("none", Heads(Take()));
     lock.reset();
     lock = std::make_unique<CForeignLock>(AppFile(kHistoryFile), "BEGIN; SELECT * FROM tagYC");
+    runtime.m_historyWait.Renew();
+    runtime.m_resendRest = 0;
     EXPECT_EQ("00 00 00 00 30 01",
               Resent());  // one that is only read can be resent, but not counted
     lock.reset();
@@ -206,6 +196,8 @@ TEST_F(HistoryRequests, FileThatIsLockedOrGone) {
     std::filesystem::remove_all("/mnt/nandflash/app");
     runtime.m_datacache = 1;
     for (const auto& act : kActs) {
+        runtime.m_historyWait.Renew();
+        runtime.m_resendRest = 0;
         Printed(act);
         EXPECT_EQ("Can't open database: unable to open database file\n", errors);
     }

@@ -119,20 +119,4 @@ TEST_F(Schedule, OncePerGroupAndTick) {
     EXPECT_EQ("00 00 00 00 02 00 02 ", Posted([this] { runtime.SchedulerTick(); }).at(0).substr(32, 21));
 }
 
-// One that is set while the process runs counts from the next minute on.
-TEST_F(Schedule, TimeZone) {
-    const auto hour = [this] {
-        Printed([this] { runtime.SchedulerTick(); });
-        Take();
-        return Posted([this] { runtime.Send_A1_16(1); }).at(0).substr(39, 2);
-    };
-    EXPECT_EQ("09", hour());
-    setenv("TZ", "TST-9", 1);
-    EXPECT_EQ("09", hour());
-    FakeClock::Set(FakeClock::kStart + 60);
-    EXPECT_EQ("10", hour());
-    setenv("TZ", "TST-8", 1);
-    tzset();
-}
-
 }  // namespace

@@ -1,0 +1,203 @@
+#include "events/EventStore.h"
+
+#include <cstdio>
+#include <new>
+#include <utility>
+
+#include "System/AppFiles.h"
+#include "System/DateTime.h"
+#include "System/DiagLine.h"
+#include "System/Numbers.h"
+#include "events/EventDatabase.h"
+#include "events/EventText.h"
+
+namespace {
+
+// The two tables keep about this many rows: once the last id has passed it, every insert drops what lies
+// further back.
+constexpr std::uint32_t kKeptIds = 99999;
+constexpr std::uint32_t kPruneDistance = 100001;
+
+constexpr char kOperation[] = "InsertSOE";
+constexpr char kInsertComplaint[] = "insert into zorsoe.db";
+
+// Takes the id of the newest row from a result that holds it.
+std::uint32_t LastIdIn(const CSqliteTable& table) {
+    return static_cast<std::uint32_t>(ParseInt32(table.Cell(0, 0)));
+}
+
+void FormatPruning(EventSql& sql, const char* table, std::uint32_t lastId) {
+    sql.Format("DELETE FROM %s WHERE id<=%d", table, static_cast<std::int32_t>(lastId - kPruneDistance));
+}
+
+}  // namespace
+
+void EventFindings::Print() const {
+    if (prunedErrMsg != 0) {
+        EventSql sql;
+        FormatPruning(sql, kErrMsgTable, prunedErrMsg);
+        CDiagLine(kOperation).Print("delete sqlcommand is %s\n", sql.Text());
+    }
+    if (hasLast) CDiagLine(kOperation).Print("the last record id is %d\n", static_cast<std::int32_t>(lastId));
+    std::fputs(errors.c_str(), stderr);
+}
+
+void EventFindings::Complain(const char* what, const char* error) {
+    char line[512];
+    std::snprintf(line, sizeof line, "%s error!: %s\n", what, error);
+    try {
+        errors += line;
+    } catch (const std::bad_alloc&) {
+        std::fputs(line, stderr);
+    }
+}
+
+bool CEventStore::Open(CBusyWait& wait) {
+    m_wait = &wait;
+    return m_database.Open(CAppPath(kEventFile).c_str(), wait) == SQLITE_OK;
+}
+
+void CEventStore::Begin() {
+    m_busy = false;
+    m_vacuumDue = false;
+    m_writtenId = 0;
+    NoteBusy(m_database.Exec("begin immediate transaction"));
+    m_together = m_database.InTransaction();
+}
+
+bool CEventStore::Commit() {
+    const bool done = NoteBusy(m_database.Exec("commit transaction")) == SQLITE_OK;
+    if (!done) {
+        RollBack();
+        if (m_busy) return false;
+        // A commit can fail after the fact, in giving up its lock. Only a new connection tells.
+        if (m_writtenId == 0 || !Open(*m_wait) || !HasNewest(m_writtenId)) return false;
+    }
+    m_together = false;
+    if (std::exchange(m_vacuumDue, false)) {
+        EventFindings findings;
+        Vacuum(findings);
+        findings.Print();
+    }
+    return true;
+}
+
+void CEventStore::RollBack() {
+    if (m_database.InTransaction()) m_database.Exec("rollback transaction");
+    m_together = false;
+    m_vacuumDue = false;
+}
+
+EventFindings CEventStore::Store(const Event& event) {
+    EventFindings findings;
+    std::uint32_t lastId = 0;
+    if (event.measurements != nullptr) lastId = StoreMeasurements(event, findings);
+    if (m_together && !IsAlive()) return findings;
+
+    if (FindLastSoe(findings, lastId) && lastId > kKeptIds)
+        Prune(kSoeTable, lastId, "delete state chage record from zorsoe.db", findings);
+    m_seenId = lastId;
+    if (m_together && !IsAlive()) return findings;
+    // Without a row to follow there is no id; one that measurements have just left serves as well.
+    if (lastId == 0) {
+        if (!m_busy)
+            m_failures.Report(EFailure::EventsLost, "%s takes no events: no row to follow", kEventFile);
+        return findings;
+    }
+    EventSql sql;
+    FormatSoeRow(sql, lastId + 1, event);
+    if (Write(sql) == SQLITE_OK)
+        m_writtenId = lastId + 1;
+    else
+        findings.Complain(kInsertComplaint, WriteError());
+    return findings;
+}
+
+void CEventStore::Refuse(const Event& event) {
+    m_refusing = true;
+    Store(event).Print();
+    m_refusing = false;
+}
+
+// Once the file was busy nothing is written any more: an event that is stored behind one that waits would
+// stand in the wrong order, and half an event would be stored twice.
+int CEventStore::Write(const CSqlTextBase& sql) {
+    return m_refusing || m_busy ? SQLITE_BUSY : NoteBusy(m_database.Exec(sql));
+}
+
+const char* CEventStore::WriteError() const {
+    return m_refusing || m_busy ? sqlite3_errstr(SQLITE_BUSY) : m_database.Error();
+}
+
+int CEventStore::NoteBusy(int result) {
+    m_busy = m_busy || result == SQLITE_BUSY;
+    return result;
+}
+
+// Puts the id of the newest row into `lastId`; false where there is none or it cannot be read.
+bool CEventStore::FindLastSoe(EventFindings& findings, std::uint32_t& lastId) {
+    // Nobody else writes during the transaction: the newest row is the one that it wrote last.
+    if (m_together && m_writtenId != 0) {
+        lastId = m_writtenId;
+    } else {
+        const CSqliteTable last(m_database, kSelectLastSoe);
+        NoteBusy(last.Result());
+        if (!last.Ok()) {
+            CDiagLine(kOperation).Print("read record from zorsoe.db error!: %s\n", last.Error());
+            if (!m_busy)
+                m_failures.Report(EFailure::EventsLost, "%s takes no events: %s", kEventFile, last.Error());
+        }
+        if (last.Rows() == 0) return false;
+        lastId = LastIdIn(last);
+    }
+    findings.hasLast = true;
+    findings.lastId = lastId;
+    return true;
+}
+
+// Returns the id of the newest row that was there before, 0 for none.
+std::uint32_t CEventStore::StoreMeasurements(const Event& event, EventFindings& findings) {
+    std::uint32_t lastId = 0;
+    {
+        const CSqliteTable last(m_database, kSelectLastErrMsg);
+        NoteBusy(last.Result());
+        if (!last.Ok())
+            CDiagLine(kOperation).Print("read record from zorsoe tagErrMsg error!: %s\n", last.Error());
+        if (last.Rows() > 0) lastId = LastIdIn(last);
+    }
+    if (lastId > kKeptIds) {
+        findings.prunedErrMsg = lastId;
+        Prune(kErrMsgTable, lastId, "delete ErrMsg from zorsoe.db", findings);
+    }
+    if (m_together && !IsAlive()) return lastId;
+    EventSql sql;
+    sql.Format("INSERT INTO tagErrMsg(event, timestamp) values('%s','%s')", event.measurements->text,
+               EventTime(event.when).text);
+    findings.measured = Write(sql) == SQLITE_OK;
+    if (!findings.measured) findings.Complain(kInsertComplaint, WriteError());
+    return lastId;
+}
+
+void CEventStore::Prune(const char* table, std::uint32_t lastId, const char* complaint,
+                        EventFindings& findings) {
+    EventSql sql;
+    FormatPruning(sql, table, lastId);
+    if (Write(sql) != SQLITE_OK) findings.Complain(complaint, WriteError());
+    Vacuum(findings);
+}
+
+// VACUUM cannot run in a transaction: in one it waits for the commit, and runs once for all.
+void CEventStore::Vacuum(EventFindings& findings) {
+    if (m_together) {
+        m_vacuumDue = true;
+        return;
+    }
+    EventSql sql;
+    sql.Format("VACUUM");
+    if (Write(sql) != SQLITE_OK) findings.Complain("VACUUM", WriteError());
+}
+
+bool CEventStore::HasNewest(std::uint32_t id) {
+    const CSqliteTable last(m_database, kSelectLastSoe);
+    return last.Rows() > 0 && LastIdIn(last) == id;
+}
