@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <sstream>
 
+#include "tests/support/SqlWatch.h"
 #include "tests/support/TestRuntime.h"
 
 namespace {
@@ -201,6 +202,39 @@ TEST_F(HistoryRequests, FileThatIsLockedOrGone) {
         Printed(act);
         EXPECT_EQ("Can't open database: unable to open database file\n", errors);
     }
+}
+
+// Neither the loop nor a start-up reads or sorts the whole table, which grows for years.
+TEST_F(HistoryRequests, Plans) {
+    std::string rows = "1 1 30 00:00:03";
+    for (int i = 0; i < 8; ++i)
+        rows += "|" + std::to_string(1 + i % 2) + " 1 30 0" + std::to_string(i) + ":00:03";
+    MakeRows(rows);
+    CSqlWatch watch;
+    Printed([this] {
+        runtime.CheckYCDB();
+        runtime.Checkcache();
+        runtime.History_A1_16();
+        runtime.InsertYC(1, 1);
+    });
+    for (const char* command : {"08 00 85 2c 01 30 08 23 20 0a", "08 00 85 2c 01 30 08 23 20 18",
+                                "08 00 85 2c 01 05 03 24 20 18", "0b 00 85 2f 01 03 00 00 30 08 23 20 00"})
+        SaidTo(command);
+    int judged = 0;
+    for (const std::string& sql : watch.Take()) {
+        // The first row of all is at hand in any file.
+        if (std::string("sSU").find(sql[0]) == std::string::npos || sql == "select * from tagYC limit 1")
+            continue;
+        std::string plan;
+        for (const std::string& row : QueryRows(AppFile(kHistoryFile), "EXPLAIN QUERY PLAN " + sql))
+            plan += row;
+        const bool reads = plan.find("SCAN") != std::string::npos;
+        EXPECT_TRUE(!reads || plan.find("INDEX tagYC_pending") != std::string::npos)
+            << sql << plan;  // it holds no other
+        EXPECT_EQ(std::string::npos, plan.find("TEMP B-TREE")) << sql << plan;
+        ++judged;
+    }
+    EXPECT_EQ(2 + 1 + 1 + 8 + 3 + 2, judged);
 }
 
 }  // namespace
