@@ -4,6 +4,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <array>
 #include <cstdint>
@@ -80,10 +81,14 @@ class CLiveValues : public CShmCTRL {
 class CEmptyStationTest : public testing::Test {
   protected:
     CEmptyStationTest() {
+        alarm(300);  // ends a test that hangs, also where nobody watches it
         CleanStation();
         FakeClock::Set(FakeClock::kStart);
     }
-    void TearDown() override { CleanStation(); }
+    void TearDown() override {
+        CleanStation();
+        alarm(0);
+    }
 
     // What `run` prints, as Plain shows it; `errors` becomes what it prints on standard error.
     std::string Printed(const std::function<void()>& run) {

@@ -429,7 +429,7 @@ TEST_P(CTranscript, IsWhatHappens) {
 INSTANTIATE_TEST_SUITE_P(
     Transcripts, CTranscript,
     testing::Values("csv", "decode", "init", "log", "main", "names", "play", "scenario", "status", "use",
-                    "values", "watch", "runtime/plans"),
+                    "values", "watch"),
     [](const auto& transcript) { return std::regex_replace(transcript.param, std::regex("/"), "_"); });
 
 }  // namespace

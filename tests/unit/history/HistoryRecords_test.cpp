@@ -2,7 +2,6 @@
 // give.
 #include <filesystem>
 #include <fstream>
-#include <map>
 #include <sstream>
 
 #include "app/StartUp.h"
@@ -196,28 +195,25 @@ TEST_F(HistoryRecords, MinutesOfTheHour) {
     runtime.m_portCount = 1;
     runtime.SetChargerKind(kAcCharger);
     runtime.SetLastHour(9);
-    const std::map<std::string, std::string> kLines = {
-        {"row",
-         "InsertYC: InsertYc You have opened zorycdata.db successfully!\nInsertYC: sqlcommand is INSERT INTO "
-         "tagYC(" +
-             kColumns +
-             ") "
-             "values('0','0','0','0','0','0','0','0','0','0','0','0','00000000000000000000000000000000','0','"
-             "','0','0','0','0')\\n\n"},
-        {"count", "Checkcache: /mnt/nandflash/app/zorycdata.db\nCheckcache: cache data is empty!\n"}};
-    for (const auto& row : Table(R"(
-2023-08-30 10:00:59 | row
-2023-08-30 09:59:00 |
-2023-08-30 10:00:00 |
-2023-08-30 10:39:59 |
-2023-08-30 10:40:59 | count
-2023-08-30 10:40:59 |
-2023-08-30 11:01:00 |
-2023-08-30 00:40:00 | count)")) {
-        SetClock(row[0].c_str());
-        runtime.m_sendflag = 0;
-        EXPECT_EQ(row.size() == 1 ? "" : kLines.at(row[1]), Printed([this] { runtime.SchedulerTick(); }))
-            << row[0];
+    const std::string kRow = R"(InsertYC: InsertYc You have opened zorycdata.db successfully!
+InsertYC: sqlcommand is INSERT INTO tagYC()" +
+                             kColumns +
+                             R"() values('0','0','0','0','0','0','0','0','0','0','0','0',)"
+                             R"('00000000000000000000000000000000','0','','0','0','0','0')\n
+)";
+    const std::string kCount =
+        "Checkcache: /mnt/nandflash/app/zorycdata.db\nCheckcache: cache data is empty!\n";
+    runtime.m_sendflag = 0;
+    for (const auto& [time, said] : {std::pair{"30 10:00:59", kRow},
+                                     {"30 09:59:00", ""},
+                                     {"30 10:00:00", ""},
+                                     {"30 10:39:59", ""},
+                                     {"30 10:40:59", kCount},
+                                     {"30 10:40:59", ""},
+                                     {"30 11:01:00", ""},
+                                     {"30 00:40:00", kCount}}) {
+        SetClock(("2023-08-" + std::string(time)).c_str());
+        EXPECT_EQ(said, Printed([this] { runtime.SchedulerTick(); })) << time;
     }
     EXPECT_TRUE(Take().empty());
     runtime.m_sendflag = 1;

@@ -1,14 +1,34 @@
 // The shared segment to the byte: the library's stand-in, and the readers that stand on it.
 #include <cshm.h>
+#include <dlfcn.h>
+#include <sys/mman.h>
 #include <sys/shm.h>
 
+#include <csignal>
 #include <memory>
+#include <utility>
 
 #include "tests/support/TestRuntime.h"
 
 namespace {
 
 using Cshm = CEmptyStationTest;
+
+// The next segment that is attached, write-protected until the first write.
+bool guardNext = false;
+void* guarded = nullptr;
+volatile std::ptrdiff_t firstWrite = -1;
+
+}  // namespace
+
+extern "C" void* shmat(int id, const void* at, int flags) noexcept {
+    using Attach = void*(int, const void*, int);
+    void* base = reinterpret_cast<Attach*>(dlsym(RTLD_NEXT, "shmat"))(id, at, flags);
+    if (std::exchange(guardNext, false)) mprotect(guarded = base, 4096, PROT_READ);
+    return base;
+}
+
+namespace {
 
 std::uint8_t* Segment(const CLiveValues& live) {
     return static_cast<std::uint8_t*>(const_cast<CLiveValues&>(live).getYc(0)) - 64;
@@ -32,6 +52,23 @@ TEST_F(Cshm, SegmentToTheByte) {
     ASSERT_EQ(0, shmctl(shmget(0x5A53, 0, 0), IPC_STAT, &state));
     EXPECT_EQ(1229664U, state.shm_segsz);
     EXPECT_EQ(0660, state.shm_perm.mode & 0777);
+}
+
+// Nobody takes a half-made segment for a ready one: what its creator writes first is not the mark that it is.
+TEST_F(Cshm, HeaderIsNotWrittenFirst) {
+    struct sigaction act {};
+    act.sa_flags = SA_SIGINFO;
+    act.sa_sigaction = [](int, siginfo_t* info, void*) {
+        mprotect(guarded, 4096, PROT_READ | PROT_WRITE);
+        firstWrite = static_cast<std::uint8_t*>(info->si_addr) - static_cast<std::uint8_t*>(guarded);
+    };
+    struct sigaction before {};
+    sigaction(SIGSEGV, &act, &before);
+    guardNext = true;
+    const CLiveValues live;
+    sigaction(SIGSEGV, &before, nullptr);
+    EXPECT_LE(4, firstWrite);
+    EXPECT_EQ("43 53 48 4d 01 00 00 00 60 c3 12 00", ToHex(guarded, 12));
 }
 
 TEST_F(Cshm, ReadersFindTheirBytes) {

@@ -84,9 +84,8 @@ TEST_F(PointSettings, CopiesAndGroups) {
 
 // The tables of an AC charger have their own names; any other kind reads those of a DC charger.
 TEST_F(PointSettings, TablesOfTheKind) {
-    const std::string kOpened =
-        ": You have opened a sqlite3 database named zorpointsetting.db successfully!\n";
-    const std::string kPath = AppFile(kPointSettingFile) + '\n';
+    const std::string kOpened = "You have opened a sqlite3 database named zorpointsetting.db successfully!;";
+    const std::string kBoth = AppFile(kPointSettingFile) + ';' + kOpened;
     for (const std::string tables : {"DC", "AC"})
         for (const int kind : {kDcCharger, 0, kAcCharger}) {
             runtime.SetChargerKind(kind);
@@ -95,18 +94,18 @@ TEST_F(PointSettings, TablesOfTheKind) {
             EXPECT_EQ(fits ? "1/1 [0,0] 1 [6,0] 2 " : "", Numbers()) << kind << tables;
             runtime.m_ycGroups.clear();
             CRTDB database;
-            const std::string kNode = "InitPointSettingYC: Add new Node\n";
-            EXPECT_EQ("InitPointSettingYX: " + kPath + "InitPointSettingYX" + kOpened +
-                          (fits ? "" : "InitPointSettingYX: sqlite3_get_table Fail:\\n\n") +
-                          "InitPointSettingYC: " + kPath + "InitPointSettingYC" + kOpened +
-                          (fits ? kNode + kNode : "InitPointSettingYC: sqlite3_get_table Fail:\\n\n") +
-                          kPath + "Load" + kOpened + "Load: database:" + (kind == kAcCharger ? "AC" : "DC") +
-                          "\nLoad: init YC realdatabase scussessful!\n",
-                      Printed([&] {
-                          runtime.InitPointSettingYX();
-                          runtime.InitPointSettingYC();
-                          database.Load("", kind);
-                      }));
+            const std::string said = Printed([&] {
+                runtime.InitPointSettingYX();
+                runtime.InitPointSettingYC();
+                database.Load("", kind);
+            });
+            EXPECT_EQ(kBoth + (fits ? "" : "sqlite3_get_table Fail:"),
+                      Texts(said, "InitPointSettingYX") + (fits ? ";" : ""));
+            EXPECT_EQ(kBoth + (fits ? "Add new Node;Add new Node" : "sqlite3_get_table Fail:"),
+                      Texts(said, "InitPointSettingYC"));
+            EXPECT_EQ(kOpened + "database:" + (kind == kAcCharger ? "AC" : "DC") +
+                          ";init YC realdatabase scussessful!",
+                      Texts(said, "Load"));
             std::string sets;
             for (const auto& set : database.LabelSets())
                 sets += set->Description() + '/' + std::to_string(set->PointNumber()) + ' ';

@@ -9,44 +9,30 @@ using testing::HasSubstr;
 
 // It goes out when the code of a port changes: by the gun state of port 2, and 1 with a fault or an unknown
 // state. The fault of a port is its own, the two of the station are everybody's, an alarm is none. Codes
-// posted before are remembered over a time without reports. Shown is the code that each of the two ports
-// reports then.
+// posted before are remembered over a time without reports. A step is what is set, and the codes that ports 1
+// and 2 report then.
 TEST_F(PortState, Changes) {
     for (const auto& row : Table(R"(
-report     1 | 02 02
-gun        1 | -- 03
-gun        2 | -- 05
-gun        3 | -- 06
-gun        4 | -- 01
-gun        7 | -- --
-gun        0 | -- 02
-signal 227 2 | -- 01
-signal 227 0 | -- 02
-signal  99 1 | 01 --
-signal  99 0 | 02 --
-signal  20 1 | 01 01
-signal  20 0 | 02 02
-signal   0 1 | 01 01
-signal   0 0 | 02 02
-signal  21 1 | -- --
-report     0 | -- --
-gun        1 | -- --
-report     2 | -- --
-report     1 | -- 03)")) {
-        const auto value = static_cast<std::uint8_t>(row[0].back() - '0');
-        if (row[0][0] == 'g') live.SetGunState(2, value);
-        if (row[0][0] == 's') live.SetSignal(std::stoi(row[0].substr(7, 3)), value);
-        if (row[0][0] == 'r') runtime.m_sendflag = value;
-        for (const int port : {1, 2}) {
-            const std::string code = row[1].substr(port == 1 ? 0 : 3, 2);
-            const std::string body = '0' + std::to_string(port) + " 01 00 e8 03 00 " + code + " 00 00 ";
-            const std::string said = Printed([&] { runtime.Send_DC_A1_14(port); });
-            EXPECT_EQ(code == "--" ? "" : "Send_DC_A1_14: msgcode: 34518 data:\n" + body + '\n', said)
-                << row[0];
-            for (const std::string& message : Take())
-                EXPECT_EQ("A1_14 " + kEquipmentHex + body + "01", message);
+report 1: 02 02     | gun 1: -- 03        | gun 2: -- 05       | gun 3: -- 06       | gun 4: -- 01        | gun 7: -- --
+gun 0: -- 02        | signal 227 2: -- 01 | signal 227 0: -- 02 | signal 99 1: 01 -- | signal 99 0: 02 -- | signal 20 1: 01 01
+signal 20 0: 02 02  | signal 0 1: 01 01   | signal 0 0: 02 02  | signal 21 1: -- -- | report 0: -- --     | gun 1: -- --
+report 2: -- --     | report 1: -- 03)"))
+        for (const std::string& step : row) {
+            const std::size_t colon = step.find(':');
+            const auto value = static_cast<std::uint8_t>(step[colon - 1] - '0');
+            if (step[0] == 'g') live.SetGunState(2, value);
+            if (step[0] == 's') live.SetSignal(std::stoi(step.substr(7)), value);
+            if (step[0] == 'r') runtime.m_sendflag = value;
+            for (const int port : {1, 2}) {
+                const std::string code = step.substr(colon + (port == 1 ? 2 : 5), 2);
+                const std::string body = '0' + std::to_string(port) + " 01 00 e8 03 00 " + code + " 00 00 ";
+                const std::string said = Printed([&] { runtime.Send_DC_A1_14(port); });
+                EXPECT_EQ(code == "--" ? "" : "Send_DC_A1_14: msgcode: 34518 data:\n" + body + '\n', said)
+                    << step;
+                for (const std::string& message : Take())
+                    EXPECT_EQ("A1_14 " + kEquipmentHex + body + "01", message);
+            }
         }
-    }
 }
 
 // Signals, state and counter are those of the port, voltage and current are everybody's.
