@@ -8,7 +8,7 @@ ZOR_ROOT=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 ZOR_PACKAGES=(
     g++ cmake ninja-build pkg-config
     libsqlcipher-dev libcjson-dev libcli11-dev libncurses-dev
-    libgtest-dev libgmock-dev
+    libgtest-dev libgmock-dev python3-cram
 )
 
 # One line about what the script does next.
