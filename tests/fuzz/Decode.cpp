@@ -11,7 +11,7 @@
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const DecodedFrame decoded = DecodeFrame(data, size);
     const LineHead head{"09:45:00.000", 1, HexText(data, size)};
-    const std::string text = TextLine(head, decoded);
+    const std::string text = Printable(TextLine(head, decoded));
     const std::string json = JsonLine(head, decoded);
     Require(Printable(text) == text && json.find('\n') == std::string::npos, "control character in a line");
     const std::unique_ptr<cJSON, void (*)(cJSON*)> document(cJSON_Parse(json.c_str()), cJSON_Delete);

@@ -428,7 +428,7 @@ TEST_P(CTranscript, IsWhatHappens) {
 
 INSTANTIATE_TEST_SUITE_P(
     Transcripts, CTranscript,
-    testing::Values("csv", "decode", "init", "log", "main", "names", "play", "scenario", "status", "use",
+    testing::Values("csv", "decode", "log", "main", "names", "play", "scenario", "use",
                     "values", "watch", "runtime/bodies", "runtime/channel", "runtime/commands",
                     "runtime/configuration", "runtime/events", "runtime/history", "runtime/locks",
                     "runtime/plans", "runtime/points", "runtime/ports", "runtime/quiet", "runtime/records",

@@ -2,13 +2,18 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 
 CDatabaseDraft::CDatabaseDraft(const std::string& path, const char* key, int keyLength)
-    : m_path(path), m_draft(path + ".new") {
-    std::remove(m_draft.c_str());
-    if (m_database.Open(m_draft.c_str(), kBusyAtStartUpMs) != SQLITE_OK) {
-        m_trouble = m_draft + ": cannot be opened";
+    : m_path(path), m_folder(path + ".XXXXXX") {
+    if (mkdtemp(m_folder.data()) == nullptr) {
+        m_folder.clear();
+        Fail(std::strerror(errno));
+        return;
+    }
+    if (m_database.Open(Draft().c_str(), kBusyAtStartUpMs) != SQLITE_OK) {
+        Fail("cannot be written");
         return;
     }
     if (key != nullptr) m_database.Key(key, keyLength);
@@ -17,7 +22,9 @@ CDatabaseDraft::CDatabaseDraft(const std::string& path, const char* key, int key
 
 CDatabaseDraft::~CDatabaseDraft() {
     m_database.Close();
-    if (!m_draft.empty()) std::remove(m_draft.c_str());
+    if (m_folder.empty()) return;
+    std::remove(Draft().c_str());
+    std::remove(m_folder.c_str());
 }
 
 void CDatabaseDraft::Run(const char* sql) {
@@ -29,10 +36,11 @@ void CDatabaseDraft::Run(const char* sql) {
 bool CDatabaseDraft::PutInPlace() {
     Run("COMMIT");
     m_database.Close();
-    if (m_trouble.empty() && std::rename(m_draft.c_str(), m_path.c_str()) != 0) Fail(std::strerror(errno));
     if (!m_trouble.empty()) return false;
-    m_draft.clear();
-    return true;
+    // A journal of the old file would be played back into the new one.
+    for (const char* beside : {"-journal", "-wal", "-shm"}) std::remove((m_path + beside).c_str());
+    if (std::rename(Draft().c_str(), m_path.c_str()) != 0) Fail(std::strerror(errno));
+    return m_trouble.empty();
 }
 
 void CDatabaseDraft::Fail(const char* what) {

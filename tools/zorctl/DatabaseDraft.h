@@ -7,11 +7,11 @@
 
 #include "System/Sqlite.h"
 
-// Works on a file of its own beside the real one, in one transaction. Remembers the first failure; every
-// later step then does nothing.
+// Works on a file in a folder of its own beside the real one, in one transaction: nobody else can have put
+// anything there. Remembers the first failure; every later step then does nothing.
 class CDatabaseDraft {
   public:
-    // `key` of `keyLength` bytes, or null for a database without one. An old draft at the place is replaced.
+    // `key` of `keyLength` bytes, or null for a database without one.
     explicit CDatabaseDraft(const std::string& path, const char* key = nullptr, int keyLength = 0);
     // A draft that was not put in place is removed.
     ~CDatabaseDraft();
@@ -19,17 +19,18 @@ class CDatabaseDraft {
     CDatabaseDraft& operator=(const CDatabaseDraft&) = delete;
 
     void Run(const char* sql);
-    // Gives the file its real name, replacing one that bears it. False after any failure; Trouble() says
-    // which.
+    // Gives the file its real name, replacing one that bears it, also a link, which is not followed. False
+    // after any failure; Trouble() says which.
     bool PutInPlace();
     const std::string& Trouble() const { return m_trouble; }
 
   private:
     friend class CRowWriter;
     void Fail(const char* what);
+    std::string Draft() const { return m_folder + "/draft"; }
 
     std::string m_path;
-    std::string m_draft;
+    std::string m_folder;  // empty where it could not be made
     CSqliteDb m_database;
     std::string m_trouble;
 };

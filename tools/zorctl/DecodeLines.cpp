@@ -54,7 +54,8 @@ EExit DecodeInput(bool json) {
         }
         const LineHead head{time, {}, ""};
         const DecodedFrame decoded = DecodeFrame(frame.data(), frame.size());
-        if (!PrintLine(json ? JsonLine(head, decoded) : TextLine(head, decoded))) return EExit::Failed;
+        if (json ? !PrintJson(JsonLine(head, decoded)) : !PrintLine(TextLine(head, decoded)))
+            return EExit::Failed;
     }
     if (std::ferror(stdin) != 0) return Complain("standard input: %s", std::strerror(errno));
     return result;

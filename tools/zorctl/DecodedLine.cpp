@@ -64,7 +64,7 @@ std::string UntimedLine(const DecodedFrame& decoded) {
     std::string line = decoded.message != nullptr ? decoded.message->name : CodeText(decoded.code);
     for (const DecodedField& field : decoded.fields) line += ' ' + field.name + '=' + field.value;
     if (decoded.isList) line += " [" + EntriesText(decoded) + ']';
-    if (!decoded.document.empty()) line += ' ' + Printable(decoded.document);
+    if (!decoded.document.empty()) line += ' ' + decoded.document;
     if (decoded.fields.empty() && decoded.document.empty())
         line += " body[" + std::to_string(decoded.bodyLength) + "]=" + decoded.undecoded;
     if (!decoded.trouble.empty()) line += " (" + decoded.trouble + ')';

@@ -27,7 +27,7 @@ struct ExportOptions {
 
 EExit WriteOut(const std::string& path, const std::string& text) {
     if (IsStandardOutput(path)) {
-        std::fwrite(text.data(), 1, text.size(), stdout);
+        PrintCsv(text);
         return EExit::Done;
     }
     std::FILE* file = std::fopen(path.c_str(), "wb");
@@ -60,7 +60,7 @@ EExit Export(const ExportOptions& options, bool yx, bool yc) {
     CSqliteDb database;
     if (const std::string trouble = OpenToRead(database, options.directory, kPointSettingFile);
         !trouble.empty())
-        return Complain("%s", trouble.c_str());
+        return Complain(trouble);
     EExit result = yx ? ExportTable(database, options, YxTable(), options.yxFile) : EExit::Done;
     if (yc && result == EExit::Done) result = ExportTable(database, options, YcTable(), options.ycFile);
     return result;

@@ -3,7 +3,6 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <cinttypes>
 #include <cmath>
 #include <cstdio>
 #include <functional>
@@ -27,7 +26,7 @@ EExit Read(const std::string& what, const std::function<bool(CBenchShm&)>& read)
     if (!SharedSegmentExists()) return Complain("there is no shared memory yet: nothing to read");
     CBenchShm shm;
     if (read(shm)) return EExit::Done;
-    return Complain("%s", shm.WhyNot(what).c_str());
+    return Complain(shm.WhyNot(what));
 }
 
 // What an entry holds, as the names and texts of its parts.
@@ -64,7 +63,7 @@ struct Wanted {
 void PrintNumber(bool json, const char* table, const char* key, int index, const char* part,
                  const std::string& number) {
     const Parts parts{{"table", table}, {key, std::to_string(index)}, {part, number}};
-    std::puts((json ? JsonText(parts) : number).c_str());
+    json ? PrintJson(JsonText(parts)) : PrintLine(number);
 }
 
 void AddGetSignal(CLI::App& parent, const char* name, ELiveTable table, const char* help, EExit& result) {
@@ -119,22 +118,20 @@ void PrintYc(const YcWanted& wanted, int index, const YcValue& value) {
     const std::string text = AreaText(value.area);
     const std::string hex = HexText(value.area.data(), value.area.size());
     if (wanted.raw)
-        std::printf("%" PRIu32 "\n", value.raw);
+        PrintLine(std::to_string(value.raw));
     else if (wanted.coefficient)
-        std::printf("%s\n", CoefficientText(value).c_str());
+        PrintLine(CoefficientText(value));
     else if (wanted.text)
-        std::printf("%s\n", text.c_str());
+        PrintLine(text);
     else if (wanted.hex)
-        std::printf("%s\n", hex.c_str());
+        PrintLine(hex);
     else if (wanted.json)
-        std::puts(
-            JsonText(Joined(Joined({{"table", TableName(ELiveTable::Yc)}, {"index", std::to_string(index)}},
-                                   YcParts(value)),
-                            {{"hex", hex}}))
-                .c_str());
+        PrintJson(JsonText(Joined(
+            Joined({{"table", TableName(ELiveTable::Yc)}, {"index", std::to_string(index)}}, YcParts(value)),
+            {{"hex", hex}})));
     else
-        std::printf("raw=%" PRIu32 " coefficient=%s text=\"%s\" hex=%s\n", value.raw,
-                    CoefficientText(value).c_str(), text.c_str(), hex.c_str());
+        PrintLine("raw=" + std::to_string(value.raw) + " coefficient=" + CoefficientText(value) + " text=\"" +
+                  text + "\" hex=" + hex);
 }
 
 void AddGetYc(CLI::App& parent, EExit& result) {
@@ -199,7 +196,7 @@ void AddGetEquipment(CLI::App& parent, EExit& result) {
         result = Read("equipment", [&json](CBenchShm& shm) {
             const auto number = shm.EquipmentNumber();
             const std::string text = HexText(number.data(), number.size());
-            if (shm.HasEquipment()) std::puts((*json ? JsonText({{"equipment", text}}) : text).c_str());
+            if (shm.HasEquipment()) *json ? PrintJson(JsonText({{"equipment", text}})) : PrintLine(text);
             return shm.HasEquipment();
         });
     });
@@ -216,8 +213,8 @@ Parts PartsOf(CBenchShm& shm, const NamedPoint& point) {
 }
 
 std::string NamedText(const NamedPoint& point, const Parts& parts) {
-    std::string line = std::string(TableName(point.table)) + ' ' + std::to_string(point.index) + " \"" +
-                       Printable(point.name) + '"';
+    std::string line =
+        std::string(TableName(point.table)) + ' ' + std::to_string(point.index) + " \"" + point.name + '"';
     for (const auto& [name, text] : parts)
         line += std::string(" ") + name + '=' + (name == std::string("text") ? '"' + text + '"' : text);
     return line;
@@ -238,12 +235,12 @@ EExit GetNamed(const NamedPlace& place, bool json) {
     }
     NamedPoint point{};
     const std::string trouble = FindPoint(place.directory, place.name, place.port, point);
-    if (!trouble.empty()) return Complain("%s", trouble.c_str());
+    if (!trouble.empty()) return Complain(trouble);
     return Read(std::string(TableName(point.table)) + ' ' + std::to_string(point.index),
                 [&point, json](CBenchShm& shm) {
                     const Parts parts = PartsOf(shm, point);
                     if (!parts.empty())
-                        std::puts((json ? NamedJson(point, parts) : NamedText(point, parts)).c_str());
+                        json ? PrintJson(NamedJson(point, parts)) : PrintLine(NamedText(point, parts));
                     return !parts.empty();
                 });
 }

@@ -31,14 +31,14 @@ bool ReadPoints(const PointTable& table, const std::string& path, std::vector<Po
     constexpr std::size_t kMostTroubles = 20;
     std::string text;
     if (const std::string trouble = ReadWholeFile(path, text); !trouble.empty()) {
-        Complain("%s", trouble.c_str());
+        Complain(trouble);
         return false;
     }
     rows.clear();
     const std::vector<TextTrouble> troubles = ReadPointCsv(table, text, rows);
     for (std::size_t i = 0; i < std::min(troubles.size(), kMostTroubles); ++i)
         Complain("%s:%d:%d: %s", path.c_str(), troubles[i].at.line, troubles[i].at.column,
-                 Printable(troubles[i].what).c_str());
+                 troubles[i].what.c_str());
     if (troubles.size() > kMostTroubles)
         Complain("%s: and %zu faults more", path.c_str(), troubles.size() - kMostTroubles);
     return troubles.empty();
@@ -58,13 +58,14 @@ EExit Init(const InitOptions& options) {
     fs::create_directories(directory, error);
     if (error) return Complain("%s: %s", options.directory.c_str(), error.message().c_str());
     for (const std::string& path : {config, points})
-        if (!options.force && fs::exists(path, error))
+        if (!options.force && fs::exists(fs::symlink_status(path, error)))
             return Complain("%s is there already; --force replaces it", path.c_str());
 
     for (const std::string& trouble :
          {WriteConfiguration(config, options.ports), WritePointSettings(points, yx, yc)})
-        if (!trouble.empty()) return Complain("%s", trouble.c_str());
-    std::printf("%s\n%s\n", config.c_str(), points.c_str());
+        if (!trouble.empty()) return Complain(trouble);
+    PrintLine(config);
+    PrintLine(points);
     return EExit::Done;
 }
 

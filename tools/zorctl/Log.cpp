@@ -90,14 +90,16 @@ std::string ReadRows(CSqliteDb& database, const LogKind& kind, const LogOptions&
 EExit Log(const LogKind& kind, const LogOptions& options) {
     CSqliteDb database;
     if (const std::string trouble = OpenToRead(database, options.directory, kind.file); !trouble.empty())
-        return Complain("%s", trouble.c_str());
+        return Complain(trouble);
     Rows rows;
     if (const std::string trouble = ReadRows(database, kind, options, rows); !trouble.empty())
         return Complain("%s: %s", PathOf(options.directory, kind.file).c_str(), trouble.c_str());
-    const std::string text = options.csv    ? CsvLines(rows)
-                             : options.json ? JsonLines(rows)
-                                            : AlignedText(rows, kind.shown);
-    std::fwrite(text.data(), 1, text.size(), stdout);
+    if (options.csv)
+        PrintCsv(CsvLines(rows));
+    else if (options.json)
+        PrintJsonLines(rows);
+    else
+        PrintAligned(rows, kind.shown);
     return EExit::Done;
 }
 

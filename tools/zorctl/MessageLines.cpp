@@ -44,9 +44,5 @@ std::string CMessageLines::Next(const TakenMessage& taken) {
 }
 
 bool CMessageLines::Print(const TakenMessage& taken) {
-    return PrintLine(Next(taken));
-}
-
-bool PrintLine(const std::string& line) {
-    return std::puts(line.c_str()) >= 0 && std::fflush(stdout) == 0;
+    return m_form.json ? PrintJson(Next(taken)) : PrintLine(Next(taken));
 }

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "tools/zorctl/TakenMessage.h"
+#include "tools/zorctl/text/Output.h"
 
 namespace CLI {
 class App;
@@ -42,6 +43,3 @@ class CMessageLines {
     LineForm m_form;
     std::optional<std::timespec> m_before;
 };
-
-// Prints `line` at once, for whoever reads the other end of a pipe. Fails as Print does.
-bool PrintLine(const std::string& line);

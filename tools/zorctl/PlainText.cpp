@@ -1,83 +1,86 @@
 #include "tools/zorctl/PlainText.h"
 
+#include <utf8.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
+#include <iterator>
 #include <memory>
 
 #include "tools/zorctl/HexText.h"
 
 namespace {
 
-bool Continues(char c) {
-    return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
-}
+struct Characters {
+    char32_t first;
+    char32_t last;
+};
 
-// Length of the character that begins at `at`, 0 where none does: stray and missing continuations, overlong
-// forms, surrogates and numbers beyond the last character.
-std::size_t CharacterAt(const std::string& text, std::size_t at) {
-    const auto lead = static_cast<unsigned char>(text[at]);
-    const std::size_t length = lead < 0x80 ? 1 : lead < 0xC2 ? 0 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
-    if (length <= 1) return length;
-    if (lead > 0xF4 || at + length > text.size()) return 0;
-    for (std::size_t i = 1; i < length; ++i)
-        if (!Continues(text[at + i])) return 0;
-    const auto second = static_cast<unsigned char>(text[at + 1]);
-    const bool outside = (lead == 0xE0 && second < 0xA0) || (lead == 0xED && second > 0x9F) ||
-                         (lead == 0xF0 && second < 0x90) || (lead == 0xF4 && second > 0x8F);
-    return outside ? 0 : length;
-}
+// Controls, and what turns the direction of writing or ends a line unseen.
+constexpr Characters kUnfit[] = {{0x00, 0x1F},     {0x7F, 0x9F},     {0x061C, 0x061C}, {0x200E, 0x200F},
+                                 {0x2028, 0x202E}, {0x2066, 0x206F}, {0xFFF9, 0xFFFB}, {0xE0000, 0xE007F}};
 
-// C0 and C1 controls, and DEL.
-bool IsControl(const std::string& character) {
-    const auto lead = static_cast<unsigned char>(character[0]);
-    if (lead == 0xC2) return static_cast<unsigned char>(character[1]) < 0xA0;
-    return lead < 0x20 || lead == 0x7F;
-}
-
-}  // namespace
-
-bool IsUtf8(const std::string& text) {
-    for (std::size_t at = 0; at < text.size();) {
-        const std::size_t length = CharacterAt(text, at);
-        if (length == 0) return false;
-        at += length;
-    }
-    return true;
-}
-
-std::string AsUtf8(const std::string& text) {
-    constexpr char kReplacement[] = "\xEF\xBF\xBD";
+std::string BytesEscaped(const std::string& character) {
     std::string out;
-    for (std::size_t at = 0; at < text.size();) {
-        const std::size_t length = CharacterAt(text, at);
-        out += length == 0 ? kReplacement : text.substr(at, length);
-        at += std::max<std::size_t>(length, 1);
+    for (const char c : character) {
+        const auto byte = static_cast<std::uint8_t>(c);
+        out += "\\x" + HexText(&byte, 1);
     }
     return out;
 }
 
-std::string Printable(const std::string& text) {
+std::string JsonEscaped(const std::string& character) {
+    std::u16string units;
+    utf8::unchecked::utf8to16(character.begin(), character.end(), std::back_inserter(units));
     std::string out;
-    for (std::size_t at = 0; at < text.size();) {
-        const std::size_t length = CharacterAt(text, at);
-        const std::string character = text.substr(at, std::max<std::size_t>(length, 1));
-        if (length == 0 || IsControl(character))
-            for (const char c : character) {
-                const auto byte = static_cast<std::uint8_t>(c);
-                out += "\\x" + HexText(&byte, 1);
-            }
-        else
-            out += character;
-        at += character.size();
+    for (const char16_t unit : units) {
+        const std::uint8_t bytes[] = {static_cast<std::uint8_t>(unit >> 8), static_cast<std::uint8_t>(unit)};
+        out += "\\u" + HexText(bytes, sizeof bytes);
+    }
+    return out;
+}
+
+std::string Escaped(const std::string& character, EEscape how) {
+    if (how == EEscape::BytesInLines && character == "\n") return character;
+    return how == EEscape::Json ? JsonEscaped(character) : BytesEscaped(character);
+}
+
+}  // namespace
+
+bool IsFitForTerminal(char32_t character) {
+    return std::none_of(std::begin(kUnfit), std::end(kUnfit), [character](const Characters& unfit) {
+        return character >= unfit.first && character <= unfit.last;
+    });
+}
+
+bool IsUtf8(const std::string& text) {
+    return utf8::is_valid(text.begin(), text.end());
+}
+
+std::string AsUtf8(const std::string& text) {
+    std::string out;
+    utf8::replace_invalid(text.begin(), text.end(), std::back_inserter(out));
+    return out;
+}
+
+std::string Printable(const std::string& text, EEscape how) {
+    std::string out;
+    for (auto at = text.begin(); at != text.end();) {
+        for (const auto end = utf8::find_invalid(at, text.end()); at != end;) {
+            const auto begin = at;
+            const bool fit = IsFitForTerminal(utf8::unchecked::next(at));
+            out += fit ? std::string(begin, at) : Escaped(std::string(begin, at), how);
+        }
+        if (at != text.end()) out += BytesEscaped({*at++});
     }
     return out;
 }
 
 std::size_t CharacterCount(const std::string& text) {
-    return text.size() - static_cast<std::size_t>(std::count_if(text.begin(), text.end(), Continues));
+    return static_cast<std::size_t>(utf8::unchecked::distance(text.begin(), text.end()));
 }
 
 std::string LowerCase(const std::string& text) {

@@ -2,14 +2,23 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 
 bool IsUtf8(const std::string& text);
 // `text` with a replacement character for each byte that makes it no UTF-8.
 std::string AsUtf8(const std::string& text);
-// What a terminal could take for a command, and what is no UTF-8, is shown byte by byte: "\x1b".
-std::string Printable(const std::string& text);
-// How many characters `text` has.
+// False for what a terminal could take for a command, or what makes a line look like another one.
+bool IsFitForTerminal(char32_t character);
+
+enum class EEscape : std::uint8_t {
+    Bytes,         // "\x1b"
+    BytesInLines,  // the same; line breaks stay
+    Json           // "\u001b"
+};
+// `text` with what is not fit for a terminal, and what is no UTF-8, escaped.
+std::string Printable(const std::string& text, EEscape how = EEscape::Bytes);
+// How many characters `text`, which is UTF-8, has.
 std::size_t CharacterCount(const std::string& text);
 // ASCII letters in lower case, everything else as it is.
 std::string LowerCase(const std::string& text);

@@ -38,7 +38,7 @@ EExit PlayScenario(const PlayOptions& options, const Scenario& scenario) {
     CMainChannel channel;
     if (!channel.Open(DeadlineIn(options.wait), stop)) return EExit::Failed;
     CBenchShm live;
-    if (!live.IsOpen()) return Complain("%s", live.WhyNot("").c_str());
+    if (!live.IsOpen()) return Complain(live.WhyNot(""));
     CEventReader events(options.directory + '/' + kEventFile);
     CPlayLog log(options.json ? EPlayOutput::Json : options.quiet ? EPlayOutput::Results : EPlayOutput::All);
     do {
@@ -54,11 +54,11 @@ EExit PlayScenario(const PlayOptions& options, const Scenario& scenario) {
 EExit Play(const PlayOptions& options) {
     std::string text;
     if (const std::string trouble = ReadWholeFile(options.file, text); !trouble.empty())
-        return Complain("%s", trouble.c_str());
+        return Complain(trouble);
     std::vector<std::string> faults;
     const Scenario scenario = ParseScenario(options.file, text, faults);
     if (faults.empty() && scenario.lines.empty()) faults.push_back(options.file + ": no action in it");
-    for (const std::string& fault : faults) Complain("%s", fault.c_str());
+    for (const std::string& fault : faults) Complain(fault);
     if (!faults.empty()) return EExit::WrongUse;
     return options.check ? EExit::Done : PlayScenario(options, scenario);
 }

@@ -50,14 +50,14 @@ double Seconds(PlayTime time) {
 
 // Line by line, for whoever reads the other end of a pipe.
 void CPlayLog::Print(const std::string& line) {
-    m_works = m_works && PrintLine(line);
+    m_works = m_works && (m_output == EPlayOutput::Json ? PrintJson(line) : PrintLine(line));
 }
 
 void CPlayLog::Played(const std::timespec& now, const ScenarioLine& line) {
     if (m_output == EPlayOutput::Json)
         Print(CJsonLine(now).Number("line", line.number).Text("action", line.text).Print());
     else if (m_output == EPlayOutput::All)
-        Print(TimeText(now, kClockFormat) + " -- " + Printable(Shown(line)));
+        Print(TimeText(now, kClockFormat) + " -- " + Shown(line));
 }
 
 void CPlayLog::Came(const TakenMessage& taken) {
@@ -77,7 +77,7 @@ void CPlayLog::Recorded(const std::timespec& now, const EventRow& event) {
     } else if (m_output == EPlayOutput::All) {
         std::string text = TimeText(now, kClockFormat) + " SOE";
         for (const DecodedField& field : fields) text += ' ' + field.name + '=' + field.value;
-        Print(text + " \"" + Printable(event.text) + '"');
+        Print(text + " \"" + event.text + '"');
     }
 }
 
@@ -95,10 +95,9 @@ void CPlayLog::Decided(const std::timespec& now, const std::string& file, const 
     if (m_output == EPlayOutput::Json) return;
     char after[32] = "";
     if (watch.HasCome()) std::snprintf(after, sizeof after, " (after %.1f s)", Seconds(time - watch.Start()));
-    Print(TimeText(now, kClockFormat) + " ok " + Printable(line.text) + after);
+    Print(TimeText(now, kClockFormat) + " ok " + line.text + after);
 }
 
 void CPlayLog::Failed(const std::string& file, const ScenarioLine& line, const std::string& what) {
-    Complain("%s:%d: %s: %s", file.c_str(), line.number, Printable(line.text).c_str(),
-             Printable(what).c_str());
+    Complain("%s:%d: %s: %s", file.c_str(), line.number, line.text.c_str(), what.c_str());
 }

@@ -32,8 +32,7 @@ std::size_t Distance(const std::string& from, const std::string& to) {
 }
 
 std::string Described(const NamedPoint& point) {
-    return '"' + Printable(point.name) + "\" (" + TableName(point.table) + ' ' + std::to_string(point.index) +
-           ')';
+    return '"' + point.name + "\" (" + TableName(point.table) + ' ' + std::to_string(point.index) + ')';
 }
 
 std::string Listed(const std::vector<NamedPoint>& points) {
@@ -163,8 +162,7 @@ std::string CPointNames::NoSuchName(const std::string& name) const {
     std::vector<NamedPoint> points;
     points.reserve(near.size());
     for (auto& item : near) points.push_back(std::move(item.second));
-    return "no point is named \"" + Printable(name) + '"' +
-           (points.empty() ? "" : "; near: " + Listed(points));
+    return "no point is named \"" + name + '"' + (points.empty() ? "" : "; near: " + Listed(points));
 }
 
 std::string FindPoint(const std::string& directory, const std::string& name, int port, NamedPoint& found) {

@@ -56,7 +56,8 @@ std::vector<ProcessInfo> LivingProcesses() {
         char state = kZombie;
         if (!ReadProcess(process, name, state) || state == kZombie) continue;
         const std::optional<bool> shares = SharesIpc(process);
-        if (shares.value_or(true)) processes.push_back({std::stoi(process), name, shares.has_value()});
+        if (shares.value_or(true))
+            processes.push_back({std::stoi(process), name, shares.has_value(), state == 'T' || state == 't'});
     }
     std::sort(processes.begin(), processes.end(),
               [](const ProcessInfo& a, const ProcessInfo& b) { return a.id < b.id; });
@@ -69,9 +70,9 @@ std::string ProcessName(std::int32_t id) {
     return ReadProcess(std::to_string(id), name, state) ? name : "";
 }
 
-bool HasAttached(std::int32_t process, int key, unsigned long id) {
+std::optional<bool> HasAttached(std::int32_t process, int key, unsigned long id) {
     std::string maps;
-    if (!ReadWholeFile(ProcPath(std::to_string(process), "maps"), maps).empty()) return false;
+    if (!ReadWholeFile(ProcPath(std::to_string(process), "maps"), maps).empty()) return std::nullopt;
     // "ADDRESSES PERMISSIONS OFFSET DEVICE ID      /SYSVKEY (deleted)"
     char mark[32];
     std::snprintf(mark, sizeof mark, "/SYSV%08x", static_cast<unsigned>(key));

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -10,7 +11,8 @@ inline constexpr char kRuntimeName[] = "zor_runtime";
 struct ProcessInfo {
     std::int32_t id;
     std::string name;
-    bool isOurs;  // known to share this process's System V objects
+    bool isOurs;     // known to share this process's System V objects
+    bool isStopped;  // by a signal or a debugger
 };
 
 // Those that live and share this process's System V objects: a container has a station of its own. One whose
@@ -20,5 +22,5 @@ std::vector<ProcessInfo> LivingProcesses();
 // Empty for a process that is gone.
 std::string ProcessName(std::int32_t id);
 
-// True for a process that has the shared segment `id` with `key` attached, as far as this user may see.
-bool HasAttached(std::int32_t process, int key, unsigned long id);
+// Whether a process has the shared segment `id` with `key` attached; no value where this user may not see.
+std::optional<bool> HasAttached(std::int32_t process, int key, unsigned long id);

@@ -2,6 +2,7 @@
 
 #include <sys/msg.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 
@@ -25,6 +26,14 @@ std::optional<QueueDirections> CountDirections(int queue) {
 
 bool IsFull(const QueueState& queue) {
     return queue.mostBytes > 0 && queue.bytes + kMessageTextSize > queue.mostBytes;
+}
+
+std::time_t CommandsWaitFor(const QueueState& queue) {
+    constexpr std::time_t kLongestAtWork = 15;
+    if (!queue.directions || queue.directions->fromMain == 0) return 0;
+    // All that waits has been there since the last act of either side.
+    const std::time_t waited = std::time(nullptr) - std::max(queue.sent.time, queue.taken.time);
+    return waited > kLongestAtWork ? waited : 0;
 }
 
 QueueState LookAtQueue() {

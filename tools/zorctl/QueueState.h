@@ -30,5 +30,9 @@ struct QueueState {
 
 QueueState LookAtQueue();
 
+// For how many seconds at least a command has waited and none has been taken; 0 where that can still be the
+// process at work: it looks for one twice a second, and no wait of its own for a file is as long.
+std::time_t CommandsWaitFor(const QueueState& queue);
+
 // True for a queue without room for one more message.
 bool IsFull(const QueueState& queue);

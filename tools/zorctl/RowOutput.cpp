@@ -8,6 +8,7 @@
 
 #include "tools/zorctl/Csv.h"
 #include "tools/zorctl/PlainText.h"
+#include "tools/zorctl/text/Output.h"
 
 namespace {
 
@@ -40,7 +41,7 @@ std::string AlignedLine(const std::vector<std::string>& cells, const std::vector
         else
             line += i + 1 < cells.size() ? cells[i] + gap : cells[i];
     }
-    return line + '\n';
+    return line;
 }
 
 // As JSON writes a whole number.
@@ -60,7 +61,7 @@ cJSON* JsonCell(const std::optional<std::string>& cell, bool number) {
 
 }  // namespace
 
-std::string AlignedText(const Rows& rows, const std::string& shown) {
+void PrintAligned(const Rows& rows, const std::string& shown) {
     const std::vector<std::size_t> places = PlacesOf(rows, shown);
     std::vector<std::vector<std::string>> lines(1);
     std::vector<bool> right;
@@ -76,9 +77,8 @@ std::string AlignedText(const Rows& rows, const std::string& shown) {
     for (const auto& line : lines)
         for (std::size_t i = 0; i < line.size(); ++i)
             widths[i] = std::max(widths[i], CharacterCount(line[i]));
-    std::string text;
-    for (const auto& line : lines) text += AlignedLine(line, widths, right);
-    return text;
+    for (const auto& line : lines)
+        if (!PrintLine(AlignedLine(line, widths, right))) return;
 }
 
 std::string CsvLines(const Rows& rows) {
@@ -92,14 +92,12 @@ std::string CsvLines(const Rows& rows) {
     return text;
 }
 
-std::string JsonLines(const Rows& rows) {
-    std::string text;
+void PrintJsonLines(const Rows& rows) {
     for (const RowCells& row : rows.rows) {
         const std::unique_ptr<cJSON, void (*)(cJSON*)> object(cJSON_CreateObject(), cJSON_Delete);
         for (std::size_t i = 0; i < row.size(); ++i)
             cJSON_AddItemToObject(object.get(), rows.names[i].c_str(), JsonCell(row[i], rows.numbers[i]));
         const std::unique_ptr<char, void (*)(void*)> line(cJSON_PrintUnformatted(object.get()), cJSON_free);
-        if (line != nullptr) text += line.get() + std::string("\n");
+        if (line == nullptr || !PrintJson(line.get())) return;
     }
-    return text;
 }

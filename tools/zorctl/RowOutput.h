@@ -13,10 +13,10 @@ struct Rows {
     std::vector<RowCells> rows;
 };
 
-// Columns side by side below their names, those of `shown` (names with blanks between) in that order;
+// Prints columns side by side below their names, those of `shown` (names with blanks between) in that order;
 // numbers stand at the right.
-std::string AlignedText(const Rows& rows, const std::string& shown);
+void PrintAligned(const Rows& rows, const std::string& shown);
 // All columns, the names first.
 std::string CsvLines(const Rows& rows);
-// All columns, one object per line.
-std::string JsonLines(const Rows& rows);
+// Prints all columns, one object per line.
+void PrintJsonLines(const Rows& rows);

@@ -4,8 +4,6 @@
 #include <cmath>
 #include <cstring>
 
-#include "tools/zorctl/PlainText.h"
-
 namespace {
 
 constexpr char kBlanks[] = " \t\r";
@@ -87,7 +85,7 @@ void CWords::FaultAt(std::size_t column, const std::string& what) {
 }
 
 std::string CWords::Found() const {
-    return AtEnd() ? ", found the end of the line" : ", found \"" + Printable(Peek()) + '"';
+    return AtEnd() ? ", found the end of the line" : ", found \"" + Peek() + '"';
 }
 
 void CWords::Fault(const std::string& what) {

@@ -21,7 +21,7 @@ namespace {
 template <typename Write>
 EExit WriteTo(const std::string& what, Write write) {
     CBenchShm shm;
-    return write(shm) ? EExit::Done : Complain("%s", shm.WhyNot(what).c_str());
+    return write(shm) ? EExit::Done : Complain(shm.WhyNot(what));
 }
 
 std::string EntryName(const char* table, int index) {
@@ -204,7 +204,7 @@ EExit SetNamed(const NamedPlace& place, const std::string& value) {
     }
     NamedPoint point{};
     const std::string trouble = FindPoint(place.directory, place.name, place.port, point);
-    if (!trouble.empty()) return Complain("%s", trouble.c_str());
+    if (!trouble.empty()) return Complain(trouble);
     return point.table == ELiveTable::Yc ? SetTelemetry(point, value) : SetSignal(point, value);
 }
 

@@ -16,10 +16,16 @@ namespace {
 void LookAtProcesses(StationStatus& status) {
     std::vector<std::int32_t> perhapsOurs;
     for (const ProcessInfo& process : LivingProcesses()) {
-        if (process.name == kRuntimeName)
-            (process.isOurs ? status.runtimes : perhapsOurs).push_back(process.id);
-        if (status.memory.present && HasAttached(process.id, status.memory.key, status.memory.id))
-            status.attached.push_back(process);
+        const std::optional<bool> attached =
+            status.memory.present ? HasAttached(process.id, status.memory.key, status.memory.id)
+                                  : std::nullopt;
+        if (attached.value_or(false)) status.attached.push_back(process);
+        if (process.name != kRuntimeName) continue;
+        (process.isOurs ? status.runtimes : perhapsOurs).push_back(process.id);
+        if (!process.isOurs) continue;
+        if (process.isStopped) status.idle.push_back({process.id, "is stopped"});
+        if (!attached.value_or(true))
+            status.idle.push_back({process.id, "is not attached to the shared memory that is there now"});
     }
     status.runtimesAreOurs = !status.runtimes.empty();
     if (!status.runtimesAreOurs) status.runtimes = perhapsOurs;
@@ -97,7 +103,11 @@ std::vector<std::string> Troubles(const StationStatus& status) {
     if (status.runtimes.empty()) add(std::string(kRuntimeName) + " is not running");
     if (status.runtimes.size() > 1 && status.runtimesAreOurs)
         add(std::string(kRuntimeName) + " is running more than once");
+    for (const IdleProcess& idle : status.idle)
+        add(std::string(kRuntimeName) + ' ' + std::to_string(idle.process) + ' ' + idle.why);
     if (!status.queue.present) add("no queue");
+    if (const std::time_t waiting = CommandsWaitFor(status.queue); waiting > 0)
+        add("commands have waited for " + std::to_string(waiting) + " s: nobody takes them");
     if (!status.queue.trouble.empty()) add("queue " + HexKey(kQueueKey) + ": " + status.queue.trouble);
     if (IsFull(status.queue)) add("queue full: nobody takes messages");
     if (status.memory.known && !status.memory.present) add("no shared memory");

@@ -32,11 +32,18 @@ struct PendingRows {
     std::string trouble;
 };
 
+// A process that runs and does not serve the station.
+struct IdleProcess {
+    std::int32_t process;
+    std::string why;
+};
+
 struct StationStatus {
     // Process ids; more than one is as wrong as none. Where none is known to share this station, those that
     // may.
     std::vector<std::int32_t> runtimes;
     bool runtimesAreOurs = false;
+    std::vector<IdleProcess> idle;
     QueueState queue;
     SharedSegmentState memory;
     std::vector<ProcessInfo> attached;  // to the memory, as far as this user may see

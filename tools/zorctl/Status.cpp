@@ -20,7 +20,7 @@ namespace {
 // "4711 (zor_runtime)"
 std::string ProcessText(std::int32_t id) {
     const std::string name = ProcessName(id);
-    return std::to_string(id) + " (" + (name.empty() ? "gone" : Printable(name)) + ')';
+    return std::to_string(id) + " (" + (name.empty() ? "gone" : name) + ')';
 }
 
 std::string ActText(const char* what, const QueueAct& act) {
@@ -48,7 +48,7 @@ std::vector<std::string> MemoryLines(const StationStatus& status) {
     std::string attached = std::to_string(memory.attached) + " attached";
     for (const ProcessInfo& process : status.attached)
         attached += (&process == &status.attached.front() ? ": " : ", ") + std::to_string(process.id) + " (" +
-                    Printable(process.name) + ')';
+                    process.name + ')';
     return {HexKey(memory.key) + ", " + std::to_string(memory.size) + " bytes, version " +
                 std::to_string(memory.version) + ", made by " + ProcessText(memory.creator),
             attached};
@@ -74,8 +74,12 @@ std::vector<std::string> HistoryLines(const PendingRows& pending) {
 }
 
 void PrintPart(const char* name, const std::vector<std::string>& lines) {
-    for (const std::string& line : lines)
-        std::printf("%-9s %s\n", &line == &lines.front() ? name : "", line.c_str());
+    constexpr std::size_t kHeadWidth = 10;
+    for (const std::string& line : lines) {
+        std::string head = &line == &lines.front() ? name : "";
+        head.resize(kHeadWidth, ' ');
+        PrintLine(head + line);
+    }
 }
 
 void PrintText(const StationStatus& status) {
@@ -87,8 +91,8 @@ void PrintText(const StationStatus& status) {
     PrintPart("memory", MemoryLines(status));
     PrintPart("settings", SettingsLines(status));
     if (!status.event.id.empty())
-        PrintPart("event", {"last " + status.event.time + ' ' + Printable(status.event.text) + ", id " +
-                            status.event.id});
+        PrintPart("event",
+                  {"last " + status.event.time + ' ' + status.event.text + ", id " + status.event.id});
     PrintPart("history", HistoryLines(status.pending));
     PrintPart("trouble", Troubles(status));
 }
@@ -159,7 +163,7 @@ cJSON* JsonPending(const PendingRows& pending) {
     return object;
 }
 
-void PrintJson(const StationStatus& status) {
+void ShowAsJson(const StationStatus& status) {
     const std::unique_ptr<cJSON, void (*)(cJSON*)> owner(cJSON_CreateObject(), cJSON_Delete);
     cJSON* object = owner.get();
     cJSON* processes = cJSON_AddArrayToObject(object, "processes");
@@ -174,7 +178,7 @@ void PrintJson(const StationStatus& status) {
     for (const std::string& trouble : Troubles(status))
         cJSON_AddItemToArray(troubles, cJSON_CreateString(AsUtf8(trouble).c_str()));
     const std::unique_ptr<char, void (*)(void*)> text(cJSON_PrintUnformatted(object), cJSON_free);
-    std::puts(text != nullptr ? text.get() : "");
+    PrintJson(text != nullptr ? text.get() : "");
 }
 
 struct StatusOptions {
@@ -185,7 +189,7 @@ struct StatusOptions {
 EExit Status(const StatusOptions& options) {
     const StationStatus status = LookAtStation(options.directory);
     if (options.json)
-        PrintJson(status);
+        ShowAsJson(status);
     else
         PrintText(status);
     return Troubles(status).empty() ? EExit::Done : EExit::Failed;

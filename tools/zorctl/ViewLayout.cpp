@@ -6,6 +6,8 @@
 #include <numeric>
 #include <tuple>
 
+#include "tools/zorctl/PlainText.h"
+
 namespace {
 
 // ---- texts by columns of a terminal ---------------------------------------------------------------------
@@ -23,7 +25,8 @@ Character CharacterAt(const std::string& text, std::size_t at) {
     wchar_t wide = 0;
     const std::size_t length = std::mbrtowc(&wide, text.data() + at, text.size() - at, &state);
     const bool whole = length > 0 && length <= text.size() - at;
-    const int columns = whole ? wcwidth(wide) : -1;
+    const bool fit = whole && IsFitForTerminal(static_cast<char32_t>(wide));
+    const int columns = fit ? wcwidth(wide) : -1;
     if (columns < 0) return {"?", 1, whole ? length : 1};
     return {text.substr(at, length), columns, length};
 }

@@ -45,7 +45,7 @@ CTerminal::EWake WatchOn(CTerminal& terminal, const WatchOptions& options) {
 
 EExit Watch(const WatchOptions& options) {
     CTerminal terminal;
-    if (const std::string trouble = terminal.Open(); !trouble.empty()) return Complain("%s", trouble.c_str());
+    if (const std::string trouble = terminal.Open(); !trouble.empty()) return Complain(trouble);
     return WatchOn(terminal, options) == CTerminal::EWake::Quit ? EExit::Done : EExit::Failed;
 }
 

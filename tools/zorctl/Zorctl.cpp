@@ -1,8 +1,9 @@
 #include <CLI/CLI.hpp>
-#include <cstdarg>
 #include <cstdio>
+#include <sstream>
 
 #include "tools/zorctl/Commands.h"
+#include "tools/zorctl/PlainText.h"
 
 namespace {
 
@@ -42,7 +43,12 @@ int ParseAndRun(int argc, const char* const* argv) {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
         // Asking for help or the version also ends parsing this way, with 0.
-        return app.exit(error) == 0 ? static_cast<int>(EExit::Done) : static_cast<int>(EExit::WrongUse);
+        std::ostringstream wanted;
+        std::ostringstream wrong;
+        const bool good = app.exit(error, wanted, wrong) == 0;
+        std::fputs(Printable(wanted.str(), EEscape::BytesInLines).c_str(), stdout);
+        std::fputs(Printable(wrong.str(), EEscape::BytesInLines).c_str(), stderr);
+        return static_cast<int>(good ? EExit::Done : EExit::WrongUse);
     }
     return static_cast<int>(result);
 }
@@ -53,14 +59,4 @@ int RunZorctl(int argc, const char* const* argv) {
     const int result = ParseAndRun(argc, argv);
     if (OutputWorks()) return result;
     return static_cast<int>(Complain("cannot write to standard output"));
-}
-
-EExit Complain(const char* format, ...) {
-    std::fputs("zorctl: ", stderr);
-    va_list arguments;
-    va_start(arguments, format);
-    std::vfprintf(stderr, format, arguments);
-    va_end(arguments);
-    std::fputc('\n', stderr);
-    return EExit::Failed;
 }
