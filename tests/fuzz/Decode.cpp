@@ -4,9 +4,9 @@
 #include <memory>
 
 #include "tests/fuzz/Fuzz.h"
-#include "tools/zorctl/DecodedLine.h"
-#include "tools/zorctl/HexText.h"
-#include "tools/zorctl/PlainText.h"
+#include "tools/zorctl/messages/DecodedLine.h"
+#include "tools/zorctl/text/HexText.h"
+#include "tools/zorctl/text/PlainText.h"
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const DecodedFrame decoded = DecodeFrame(data, size);

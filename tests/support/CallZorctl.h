@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "tests/support/Bytes.h"
-#include "tools/zorctl/Commands.h"
+#include "tools/zorctl/commands/Commands.h"
 
 struct Outcome {
     int exit;

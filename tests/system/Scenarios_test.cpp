@@ -9,9 +9,9 @@
 #include "tests/support/Databases.h"
 #include "tests/support/Sandbox.h"
 #include "tests/support/StationProcess.h"
-#include "tools/zorctl/Player.h"
-#include "tools/zorctl/StationFiles.h"
-#include "tools/zorctl/StationRows.h"
+#include "tools/zorctl/scenario/Player.h"
+#include "tools/zorctl/settings/StationFiles.h"
+#include "tools/zorctl/settings/StationRows.h"
 
 namespace {
 

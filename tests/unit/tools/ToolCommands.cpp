@@ -13,7 +13,7 @@
 #include "tests/support/CallZorctl.h"
 #include "tests/support/Databases.h"
 #include "tests/support/FakeClock.h"
-#include "tools/zorctl/Player.h"
+#include "tools/zorctl/scenario/Player.h"
 
 // A play on the time that the transcript gives.
 struct CToolCommands::Play {

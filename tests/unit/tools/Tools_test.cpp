@@ -5,7 +5,7 @@
 #include <regex>
 
 #include "tests/support/CallZorctl.h"
-#include "tools/zorctl/ViewLayout.h"
+#include "tools/zorctl/watch/ViewLayout.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <cstdio>
 #include <vector>
 
-#include "tools/zorctl/PlainText.h"
+#include "tools/zorctl/text/PlainText.h"
 
 namespace {
 

@@ -1,0 +1,207 @@
+// zorctl status: whether a station works, and what it was last seen doing. Creates and removes nothing.
+#include <cjson/cJSON.h>
+
+#include <CLI/CLI.hpp>
+#include <cstdio>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "System/AppFiles.h"
+#include "System/DateTime.h"
+#include "ipc/Frame.h"
+#include "tools/zorctl/commands/Commands.h"
+#include "tools/zorctl/station/StationStatus.h"
+#include "tools/zorctl/text/HexText.h"
+#include "tools/zorctl/text/PlainText.h"
+
+namespace {
+
+// "4711 (zor_runtime)"
+std::string ProcessText(std::int32_t id) {
+    const std::string name = ProcessName(id);
+    return std::to_string(id) + " (" + (name.empty() ? "gone" : name) + ')';
+}
+
+std::string ActText(const char* what, const QueueAct& act) {
+    if (act.process == 0) return std::string("nothing ") + what + " yet";
+    return std::string("last ") + what + ' ' + CDateTime(act.time).FullText() + " by " +
+           ProcessText(act.process);
+}
+
+// ---- for people: a line per part, without what is not known ---------------------------------------------
+
+std::vector<std::string> QueueLines(const QueueState& queue) {
+    if (!queue.present || !queue.trouble.empty()) return {};
+    std::string depth = HexKey(kQueueKey) + ", " + std::to_string(queue.messages) + " messages";
+    if (queue.directions)
+        depth += " (" + std::to_string(queue.directions->toMain) + " to zor_main, " +
+                 std::to_string(queue.directions->fromMain) + " from it)";
+    depth += ", " + std::to_string(queue.bytes) + " of " + std::to_string(queue.mostBytes) + " bytes";
+    return {depth, ActText("sent", queue.sent), ActText("taken", queue.taken)};
+}
+
+std::vector<std::string> MemoryLines(const StationStatus& status) {
+    const SharedSegmentState& memory = status.memory;
+    if (!memory.known) return {"the unit's own; not looked into"};
+    if (!memory.present || memory.size == 0) return {};
+    std::string attached = std::to_string(memory.attached) + " attached";
+    for (const ProcessInfo& process : status.attached)
+        attached += (&process == &status.attached.front() ? ": " : ", ") + std::to_string(process.id) + " (" +
+                    process.name + ')';
+    return {HexKey(memory.key) + ", " + std::to_string(memory.size) + " bytes, version " +
+                std::to_string(memory.version) + ", made by " + ProcessText(memory.creator),
+            attached};
+}
+
+std::vector<std::string> SettingsLines(const StationStatus& status) {
+    std::string text;
+    if (status.configurationTrouble.empty()) text = std::to_string(status.portCount) + " ports";
+    if (status.points.trouble.empty())
+        text += (text.empty() ? "" : ", ") + std::to_string(status.points.yx) + " status points, " +
+                std::to_string(status.points.yc) + " telemetry points";
+    if (text.empty()) return {};
+    return {text};
+}
+
+std::vector<std::string> HistoryLines(const PendingRows& pending) {
+    if (!pending.trouble.empty()) return {};
+    std::string text = pending.newest.empty() ? "no record" : "last record " + pending.newest;
+    for (const PendingRows::Port& port : pending.ports)
+        text += (&port == &pending.ports.front() ? "; pending: port " : ", port ") +
+                std::to_string(port.port) + ": " + std::to_string(port.rows);
+    return {text};
+}
+
+void PrintPart(const char* name, const std::vector<std::string>& lines) {
+    constexpr std::size_t kHeadWidth = 10;
+    for (const std::string& line : lines) {
+        std::string head = &line == &lines.front() ? name : "";
+        head.resize(kHeadWidth, ' ');
+        PrintLine(head + line);
+    }
+}
+
+void PrintText(const StationStatus& status) {
+    std::vector<std::string> processes;
+    for (const std::int32_t process : status.runtimes)
+        processes.push_back("running, " + ProcessText(process));
+    PrintPart("process", processes);
+    PrintPart("queue", QueueLines(status.queue));
+    PrintPart("memory", MemoryLines(status));
+    PrintPart("settings", SettingsLines(status));
+    if (!status.event.id.empty())
+        PrintPart("event",
+                  {"last " + status.event.time + ' ' + status.event.text + ", id " + status.event.id});
+    PrintPart("history", HistoryLines(status.pending));
+    PrintPart("trouble", Troubles(status));
+}
+
+// ---- for programs: null where nothing is known ----------------------------------------------------------
+
+void AddNumber(cJSON* object, const char* name, unsigned long value) {
+    cJSON_AddItemToObject(object, name, cJSON_CreateRaw(std::to_string(value).c_str()));
+}
+
+void AddText(cJSON* object, const char* name, const std::string& text) {
+    cJSON_AddStringToObject(object, name, AsUtf8(text).c_str());
+}
+
+cJSON* JsonAct(const QueueAct& act) {
+    if (act.process == 0) return cJSON_CreateNull();
+    cJSON* object = cJSON_CreateObject();
+    cJSON_AddNumberToObject(object, "pid", act.process);
+    AddText(object, "time", CDateTime(act.time).FullText());
+    return object;
+}
+
+cJSON* JsonQueue(const QueueState& queue) {
+    if (!queue.present || !queue.trouble.empty()) return cJSON_CreateNull();
+    cJSON* object = cJSON_CreateObject();
+    AddNumber(object, "messages", queue.messages);
+    if (queue.directions) AddNumber(object, "toMain", queue.directions->toMain);
+    if (queue.directions) AddNumber(object, "fromMain", queue.directions->fromMain);
+    AddNumber(object, "bytes", queue.bytes);
+    AddNumber(object, "maxBytes", queue.mostBytes);
+    cJSON_AddItemToObject(object, "lastSent", JsonAct(queue.sent));
+    cJSON_AddItemToObject(object, "lastTaken", JsonAct(queue.taken));
+    return object;
+}
+
+cJSON* JsonMemory(const StationStatus& status) {
+    const SharedSegmentState& memory = status.memory;
+    if (!memory.known || !memory.present || memory.size == 0) return cJSON_CreateNull();
+    cJSON* object = cJSON_CreateObject();
+    AddNumber(object, "size", memory.size);
+    AddNumber(object, "version", memory.version);
+    cJSON_AddNumberToObject(object, "creator", memory.creator);
+    AddNumber(object, "attached", memory.attached);
+    cJSON* processes = cJSON_AddArrayToObject(object, "processes");
+    for (const ProcessInfo& process : status.attached) {
+        cJSON* item = cJSON_CreateObject();
+        cJSON_AddNumberToObject(item, "pid", process.id);
+        AddText(item, "name", process.name);
+        cJSON_AddItemToArray(processes, item);
+    }
+    return object;
+}
+
+cJSON* JsonEvent(const LastEvent& event) {
+    if (event.id.empty()) return cJSON_CreateNull();
+    cJSON* object = cJSON_CreateObject();
+    cJSON_AddItemToObject(object, "id", cJSON_CreateRaw(event.id.c_str()));
+    AddText(object, "timestamp", event.time);
+    AddText(object, "event", event.text);
+    return object;
+}
+
+cJSON* JsonPending(const PendingRows& pending) {
+    if (!pending.trouble.empty()) return cJSON_CreateNull();
+    cJSON* object = cJSON_CreateObject();
+    for (const PendingRows::Port& port : pending.ports)
+        cJSON_AddNumberToObject(object, std::to_string(port.port).c_str(), port.rows);
+    return object;
+}
+
+void ShowAsJson(const StationStatus& status) {
+    const std::unique_ptr<cJSON, void (*)(cJSON*)> owner(cJSON_CreateObject(), cJSON_Delete);
+    cJSON* object = owner.get();
+    cJSON* processes = cJSON_AddArrayToObject(object, "processes");
+    for (const std::int32_t process : status.runtimes)
+        cJSON_AddItemToArray(processes, cJSON_CreateNumber(process));
+    cJSON_AddItemToObject(object, "queue", JsonQueue(status.queue));
+    cJSON_AddItemToObject(object, "memory", JsonMemory(status));
+    if (status.configurationTrouble.empty()) cJSON_AddNumberToObject(object, "ports", status.portCount);
+    cJSON_AddItemToObject(object, "lastEvent", JsonEvent(status.event));
+    cJSON_AddItemToObject(object, "pending", JsonPending(status.pending));
+    cJSON* troubles = cJSON_AddArrayToObject(object, "troubles");
+    for (const std::string& trouble : Troubles(status))
+        cJSON_AddItemToArray(troubles, cJSON_CreateString(AsUtf8(trouble).c_str()));
+    const std::unique_ptr<char, void (*)(void*)> text(cJSON_PrintUnformatted(object), cJSON_free);
+    PrintJson(text != nullptr ? text.get() : "");
+}
+
+struct StatusOptions {
+    std::string directory = kAppDirectory;
+    bool json = false;
+};
+
+EExit Status(const StatusOptions& options) {
+    const StationStatus status = LookAtStation(options.directory);
+    if (options.json)
+        ShowAsJson(status);
+    else
+        PrintText(status);
+    return Troubles(status).empty() ? EExit::Done : EExit::Failed;
+}
+
+}  // namespace
+
+void AddStatus(CLI::App& parent, EExit& result) {
+    auto options = std::make_shared<StatusOptions>();
+    CLI::App* command = parent.add_subcommand(
+        "status", "Tell whether a station works; exit code 1 when anything is missing. Touches nothing");
+    command->add_option("DIR", options->directory, "Directory of the databases")->capture_default_str();
+    command->add_flag("--json", options->json, "As one JSON object");
+    command->callback([options, &result] { result = Status(*options); });
+}

@@ -1,0 +1,81 @@
+#include "tools/zorctl/messages/HistoryFrames.h"
+
+#include <iterator>
+
+#include "System/DateTime.h"
+#include "System/Numbers.h"
+#include "history/ChargingRecord.h"
+#include "ipc/SettingsCommand.h"
+
+namespace {
+
+// A command of argument byte and body, as it lies in the frame.
+template <std::size_t Size>
+struct CommandData {
+    static constexpr std::size_t kBody = kHistoryData - kFrameData;
+    std::uint8_t bytes[kBody + Size] = {};
+
+    explicit CommandData(std::uint8_t argument) { bytes[kHistoryArgument - kFrameData] = argument; }
+    std::uint8_t& operator[](std::size_t at) { return bytes[kBody + at]; }
+    Frame Build(std::uint16_t code) const { return BuildInboundFrame(code, bytes, sizeof bytes); }
+};
+
+// The digits at `at` as packed BCD.
+std::uint8_t Pair(const std::string& text, std::size_t at) {
+    return ToBcd(static_cast<unsigned>((text[at] - '0') * 10 + text[at + 1] - '0'));
+}
+
+// 0 for a month that no year has.
+int DaysIn(int year, int month) {
+    constexpr int kDays[] = {0, 31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+    const bool leap = (year % 4 == 0 && year % 100 != 0) || year % 400 == 0;
+    if (month >= static_cast<int>(std::size(kDays))) return 0;
+    return month == 2 && leap ? 29 : kDays[month];
+}
+
+}  // namespace
+
+bool ParseDate(const std::string& text, BcdDate& date) {
+    constexpr char kForm[] = "0000-00-00";
+    if (text.size() != sizeof kForm - 1) return false;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const bool digit = text[i] >= '0' && text[i] <= '9';
+        if (kForm[i] == '0' ? !digit : text[i] != kForm[i]) return false;
+    }
+    date = {Pair(text, 0), Pair(text, 2), Pair(text, 5), Pair(text, 8)};
+    const int day = std::stoi(text.substr(8));
+    return day >= 1 && day <= DaysIn(std::stoi(text.substr(0, 4)), std::stoi(text.substr(5, 2)));
+}
+
+std::string DayText(std::time_t now, bool yesterday) {
+    std::tm local{};
+    localtime_r(&now, &local);
+    if (yesterday) {
+        --local.tm_mday;
+        local.tm_hour = 12;  // clear of the hours that summer time skips or repeats
+        local.tm_isdst = -1;
+        std::mktime(&local);
+    }
+    char text[16];
+    return std::string(text, std::strftime(text, sizeof text, CDateTime::kDateFormat, &local));
+}
+
+Frame BuildHistoryRequest(std::uint8_t port, const BcdDate& date, std::uint8_t hour) {
+    CommandData<kRequestSize> data(port);
+    data[kRequestDay] = date.day;
+    data[kRequestMonth] = date.month;
+    data[kRequestYear] = date.year;
+    data[kRequestCentury] = date.century;
+    data[kRequestHour] = hour;
+    return data.Build(kCommandHistoryRequest);
+}
+
+Frame BuildHistoryAck(std::uint8_t port, const BcdDate& date, bool accepted) {
+    CommandData<kAckSize> data(port);  // second, minute and hour stay 0
+    data[kAckDay] = date.day;
+    data[kAckMonth] = date.month;
+    data[kAckYear] = date.year;
+    data[kAckCentury] = date.century;
+    data[kAckResult] = accepted ? kAckAccepted : kAckRejected;
+    return data.Build(kCommandHistoryAck);
+}

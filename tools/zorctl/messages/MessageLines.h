@@ -1,0 +1,45 @@
+// How messages are printed: one line each.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "tools/zorctl/messages/TakenMessage.h"
+#include "tools/zorctl/text/Output.h"
+
+namespace CLI {
+class App;
+}
+
+enum class ETimes {
+    Clock,  // local time of day
+    Date,   // with the date
+    Delta,  // seconds since the line before, "+0.100"
+    None
+};
+
+struct LineForm {
+    bool json = false;
+    bool hex = false;  // the frame's bytes: instead of what they say, in JSON beside it
+    ETimes times = ETimes::Clock;
+};
+
+// Adds the options --json, --hex and --time, which fill `form`.
+void AddLineForm(CLI::App& command, LineForm& form);
+
+class CMessageLines {
+  public:
+    explicit CMessageLines(const LineForm& form) : m_form(form) {}
+
+    // The line of `taken`, which follows the one of the last call; no line break at the end.
+    std::string Next(const TakenMessage& taken);
+
+    // Prints that line. False when standard output takes no more, which RunZorctl reports.
+    bool Print(const TakenMessage& taken);
+
+  private:
+    std::string Time(const std::timespec& time);
+
+    LineForm m_form;
+    std::optional<std::timespec> m_before;
+};

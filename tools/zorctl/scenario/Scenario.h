@@ -1,0 +1,101 @@
+// A scenario: what happens around the process, line by line, as the player takes it.
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "tools/zorctl/messages/HistoryFrames.h"
+#include "tools/zorctl/messages/SettingsFrame.h"
+
+using PlayTime = std::chrono::microseconds;
+
+enum class ELivePlace : std::uint8_t { Yx, Yx2, Yc, YcArea, Dd, Gun, Equipment };
+
+// One live value; `index` is the port for a gun state, and the port's own place where the line named a port.
+struct LiveTarget {
+    ELivePlace place;
+    int index;
+
+    bool operator==(const LiveTarget& other) const { return place == other.place && index == other.index; }
+};
+
+struct LiveWrite {
+    LiveTarget target;
+    std::uint64_t value = 0;
+    std::string bytes{};  // of an area or the equipment number
+};
+using LiveWrites = std::vector<LiveWrite>;
+
+// A value that moves evenly and goes on beside the lines that follow.
+struct Ramp {
+    LiveTarget target;
+    std::uint64_t from;
+    std::uint64_t to;
+    PlayTime over;
+};
+
+enum class EDay : std::uint8_t { Given, Today, Yesterday };
+
+// The day of a record; other than Given it is found when the line is played.
+struct RecordDay {
+    EDay kind;
+    BcdDate date;
+};
+
+struct HistoryRequest {
+    std::uint8_t port;
+    RecordDay day;
+    std::uint8_t hour;
+};
+
+struct Acknowledgement {
+    std::uint8_t port;
+    RecordDay day;
+    bool accepted;
+};
+
+struct Remark {
+    std::string text;
+};
+
+struct WantedField {
+    std::string name;
+    std::string value;  // a text to equal, or "LOW..HIGH" for a number
+};
+
+// What has to come, or must not, in the time after the line.
+struct Expectation {
+    bool wanted;                        // false: it must not come
+    std::optional<std::uint16_t> code;  // of a message; without one it is an event
+    std::string eventText;              // part of the event's text
+    std::vector<WantedField> fields;
+    PlayTime within;
+};
+
+using Action =
+    std::variant<LiveWrites, Ramp, ReportSettings, HistoryRequest, Acknowledgement, Remark, Expectation>;
+
+struct ScenarioLine {
+    int number = 0;    // in the file, from 1
+    std::string text;  // the action as it was written
+    // Set for "at HH:MM:SS": the second of the local day at which the line is due. Offsets count from it on.
+    std::optional<int> secondOfDay;
+    PlayTime offset{0};  // since the last such line, or since the start
+    Action action;
+};
+
+struct Scenario {
+    std::string file;
+    std::vector<ScenarioLine> lines;
+};
+
+// Reads the text of `file`. Every line that cannot be understood adds "FILE:LINE:COLUMN: what is wrong" to
+// `faults`; with a fault the scenario is not to be played.
+Scenario ParseScenario(const std::string& file, const std::string& text, std::vector<std::string>& faults);
+
+// The grammar, for people.
+extern const char kScenarioGrammar[];
