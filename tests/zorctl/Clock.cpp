@@ -1,6 +1,8 @@
-// A clock without waiting, preloaded into zorctl: it begins at START (seconds of UTC, or 2024-03-05 09:45:00 in the tests'
-// local time), and a wait moves it on. CUES are lines of a time since the beginning and a shell command, which is run
-// when that time has come.
+// A clock without waiting, preloaded into zorctl: it begins at START (seconds of UTC, or 2024-03-05 09:45:00
+// in the tests' local time), and a wait moves it on. CUES are lines of a time since the beginning and a shell
+// command, which is run when that time has come.
+#include <unistd.h>
+
 #include <cerrno>
 #include <csignal>
 #include <cstdint>
@@ -8,7 +10,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
-#include <unistd.h>
 
 namespace {
 
@@ -29,7 +30,8 @@ void MoveOn(std::int64_t nanoseconds) {
         if (due > until) break;
         const char* end = strchrnul(command, '\n');
         char line[4096];
-        std::snprintf(line, sizeof line, "unset CUES LD_PRELOAD; %.*s", static_cast<int>(end - command), command);
+        std::snprintf(line, sizeof line, "unset CUES LD_PRELOAD; %.*s", static_cast<int>(end - command),
+                      command);
         cues = *end != '\0' ? end + 1 : end;
         if (std::system(line) < 0) std::abort();
     }

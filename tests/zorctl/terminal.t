@@ -14,7 +14,7 @@ Nothing that was read from anywhere commands a terminal or turns the direction o
    3                    0         2      1  \x0a$
    4                    0         2      1  \x7f$
    5                    0         2      1  \xc2\x9b2J$
-   6                    0         2      1  M-oM-?M-=$
+   6                    0         2      1  \x9b$
    7                    0         2      1  \xd8\x9c$
    8                    0         2      1  \xe2\x80\x8e$
    9                    0         2      1  \xe2\x80\x8f$
@@ -24,19 +24,12 @@ Nothing that was read from anywhere commands a terminal or turns the direction o
   13                    0         2      1  \xe2\x81\xa6$
   14                    0         2      1  \xe2\x81\xa9$
   15                    0         2      1  \xf3\xa0\x81\x81$
-  16                    0         2      1  M-oM-?M-=($
-  17                    0         2      1  M-oM-?M-=$
+  16                    0         2      1  \xc3($
+  17                    0         2      1  \xed\xa0\x80$
   18                    0         2      1  TM-CM-<r$
   19                    0         2      1  M-dM-8M--$
   20                    0         2      1  M-pM-^_M-^TM-^L$
   21                    0         2      1  \x$
-  $ zorctl log soe --json | tail -n +16
-  {"id":16,"event":"\xef\xbf\xbd(","value":1,"point_no":2,"yx_table":0,"timestamp":""} (esc)
-  {"id":17,"event":"\xef\xbf\xbd","value":1,"point_no":2,"yx_table":0,"timestamp":""} (esc)
-  {"id":18,"event":"T\xc3\xbcr","value":1,"point_no":2,"yx_table":0,"timestamp":""} (esc)
-  {"id":19,"event":"\xe4\xb8\xad","value":1,"point_no":2,"yx_table":0,"timestamp":""} (esc)
-  {"id":20,"event":"\xf0\x9f\x94\x8c","value":1,"point_no":2,"yx_table":0,"timestamp":""} (esc)
-  {"id":21,"event":"\\x","value":1,"point_no":2,"yx_table":0,"timestamp":""}
 
 Everything else that prints such a text, on a terminal and not.
 

@@ -30,11 +30,13 @@ std::string TimeIn(const std::string& line) {
 // False with a line on standard error for a line that is no frame.
 bool ReadFrame(const std::string& line, std::size_t start, unsigned long number,
                std::vector<std::uint8_t>& frame) {
+    const std::string where = "line " + std::to_string(number) + ": ";
     const std::size_t fault = start + ReadHex(line.substr(start), frame);
     if (fault < line.size())
-        Complain("line %lu: no pair of hexadecimal digits at column %zu", number, fault + 1);
+        Complain(where + "no pair of hexadecimal digits at column " + std::to_string(fault + 1));
     else if (frame.size() > kFrameCapacity)
-        Complain("line %lu: %zu bytes, a frame has %zu at the most", number, frame.size(), kFrameCapacity);
+        Complain(where + std::to_string(frame.size()) + " bytes, a frame has " +
+                 std::to_string(kFrameCapacity) + " at the most");
     else
         return true;
     return false;
@@ -54,10 +56,10 @@ EExit DecodeInput(bool json) {
         }
         const LineHead head{time, {}, ""};
         const DecodedFrame decoded = DecodeFrame(frame.data(), frame.size());
-        if (json ? !PrintJson(JsonLine(head, decoded)) : !PrintLine(TextLine(head, decoded)))
+        if (json ? !PrintJson(AsJson(head, decoded)) : !PrintLine(TextLine(head, decoded)))
             return EExit::Failed;
     }
-    if (std::ferror(stdin) != 0) return Complain("standard input: %s", std::strerror(errno));
+    if (std::ferror(stdin) != 0) return Complain(std::string("standard input: ") + std::strerror(errno));
     return result;
 }
 

@@ -27,24 +27,24 @@ struct ExportOptions {
 
 EExit WriteOut(const std::string& path, const std::string& text) {
     if (IsStandardOutput(path)) {
-        PrintCsv(text);
+        PrintData(text, EEscape::Lines);
         return EExit::Done;
     }
     std::FILE* file = std::fopen(path.c_str(), "wb");
-    if (file == nullptr) return Complain("%s: %s", path.c_str(), std::strerror(errno));
+    if (file == nullptr) return Complain(path + ": " + std::strerror(errno));
     bool written = std::fwrite(text.data(), 1, text.size(), file) == text.size();
     written = std::fclose(file) == 0 && written;
-    return written ? EExit::Done : Complain("%s: %s", path.c_str(), std::strerror(errno));
+    return written ? EExit::Done : Complain(path + ": " + std::strerror(errno));
 }
 
 EExit ExportTable(CSqliteDb& database, const ExportOptions& options, const PointTable& table,
                   const std::string& path) {
     const std::string file = PathOf(options.directory, kPointSettingFile);
     const CSqliteTable settings(database, table.select);
-    if (!settings.Ok()) return Complain("%s: %s", file.c_str(), WhyNot(settings).c_str());
+    if (!settings.Ok()) return Complain(file + ": " + WhyNot(settings));
     if (settings.Rows() > 0 && settings.Columns() < static_cast<int>(table.width))
-        return Complain("%s: table of %s has %d columns, %zu expected", file.c_str(), table.name,
-                        settings.Columns(), table.width);
+        return Complain(file + ": table of " + table.name + " has " + std::to_string(settings.Columns()) +
+                        " columns, " + std::to_string(table.width) + " expected");
     return WriteOut(path, WritePointCsv(table, settings));
 }
 

@@ -1,92 +1,53 @@
 // zorctl get: live values as they stand; a missing segment stays missing.
-#include <cjson/cJSON.h>
-
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <cmath>
 #include <cstdio>
-#include <functional>
 #include <memory>
 #include <string>
-#include <utility>
-#include <vector>
 
+#include "System/Numbers.h"
 #include "tools/zorctl/commands/Commands.h"
-#include "tools/zorctl/commands/LivePlace.h"
-#include "tools/zorctl/live/BenchShm.h"
+#include "tools/zorctl/commands/Options.h"
 #include "tools/zorctl/live/PointNames.h"
 #include "tools/zorctl/live/SharedSegment.h"
 #include "tools/zorctl/text/HexText.h"
-#include "tools/zorctl/text/PlainText.h"
+#include "tools/zorctl/text/Json.h"
 
 namespace {
 
 // Runs `read`, which prints one line and tells whether there was an entry to read.
-EExit Read(const std::string& what, const std::function<bool(CBenchShm&)>& read) {
+template <typename Read>
+EExit ReadFrom(const std::string& what, Read read) {
     if (!SharedSegmentExists()) return Complain("there is no shared memory yet: nothing to read");
     CBenchShm shm;
-    if (read(shm)) return EExit::Done;
-    return Complain(shm.WhyNot(what));
+    return read(shm) ? EExit::Done : Complain(shm.WhyNot(what));
 }
 
-// What an entry holds, as the names and texts of its parts.
-using Parts = std::vector<std::pair<const char*, std::string>>;
-
-bool IsText(const std::string& part) {
-    return part == "table" || part == "name" || part == "text" || part == "hex" || part == "equipment";
+void Print(bool asJson, const Json& json, const std::string& text) {
+    asJson ? PrintJson(json) : PrintLine(text);
 }
 
-std::string JsonText(const Parts& parts) {
-    const std::unique_ptr<cJSON, void (*)(cJSON*)> object(cJSON_CreateObject(), cJSON_Delete);
-    for (const auto& [name, text] : parts) {
-        // A coefficient can be infinite or no number at all, which JSON has no way to write.
-        cJSON* item = IsText(name) ? cJSON_CreateString(AsUtf8(text).c_str())
-                      : std::isfinite(std::strtod(text.c_str(), nullptr)) ? cJSON_CreateRaw(text.c_str())
-                                                                          : cJSON_CreateNull();
-        cJSON_AddItemToObject(object.get(), name, item);
-    }
-    const std::unique_ptr<char, void (*)(void*)> text(cJSON_PrintUnformatted(object.get()), cJSON_free);
-    return text != nullptr ? text.get() : "";
-}
-
-CLI::Option* AddJson(CLI::App& command, bool& json) {
-    return command.add_flag("--json", json, "As one JSON object");
-}
-
-// A place in a table, and how to print what is there.
-struct Wanted {
-    LivePlace place;
-    bool json = false;
-};
-
-// Prints the only number of an entry, with what it is of in JSON.
-void PrintNumber(bool json, const char* table, const char* key, int index, const char* part,
-                 const std::string& number) {
-    const Parts parts{{"table", table}, {key, std::to_string(index)}, {part, number}};
-    json ? PrintJson(JsonText(parts)) : PrintLine(number);
-}
-
-void AddGetSignal(CLI::App& parent, const char* name, ELiveTable table, const char* help, EExit& result) {
-    auto wanted = std::make_shared<Wanted>();
-    CLI::App* command = parent.add_subcommand(name, help);
-    AddPlace(*command, wanted->place, true);
-    AddJson(*command, wanted->json);
-    command->callback([wanted, name, table, &result] {
-        const int index = wanted->place.Index();
-        result = Read(name + std::string(" ") + std::to_string(index), [&](CBenchShm& shm) {
-            const auto state = shm.State(table, index);
-            if (state) PrintNumber(wanted->json, name, "index", index, "state", std::to_string(*state));
-            return state.has_value();
+void AddGetNumber(CLI::App& parent, const LiveKind& kind, EExit& result) {
+    struct Options {
+        LivePlace place;
+        bool json = false;
+    };
+    auto options = std::make_shared<Options>();
+    CLI::App* command = parent.add_subcommand(TableName(kind.table), kind.help);
+    AddPlace(*command, kind.table, options->place);
+    command->add_flag("--json", options->json, "As one JSON object");
+    command->callback([options, &kind, &result] {
+        const int index = options->place.Index();
+        result = ReadFrom(EntryName(kind.table, index), [&](CBenchShm& shm) {
+            const auto value = shm.Get(kind.table, index);
+            if (!value) return false;
+            const char* key = kind.table == ELiveTable::Gun ? "port" : "index";
+            Print(options->json, {{"table", TableName(kind.table)}, {key, index}, {kind.value, *value}},
+                  std::to_string(*value));
+            return true;
         });
     });
 }
-
-struct YcWanted : Wanted {
-    bool raw = false;
-    bool coefficient = false;
-    bool text = false;
-    bool hex = false;
-};
 
 // The area up to its first NUL, anything that is no plain character as a point.
 std::string AreaText(const LiveArea& area) {
@@ -102,87 +63,52 @@ std::string CoefficientText(const YcValue& value) {
     return text;
 }
 
-Parts YcParts(const YcValue& value) {
-    return {{"raw", std::to_string(value.raw)},
-            {"coefficient", CoefficientText(value)},
-            {"value", value.Text()},
-            {"text", AreaText(value.area)}};
+std::string AreaHex(const YcValue& value) {
+    return HexText(value.area.data(), value.area.size());
 }
 
-Parts Joined(Parts parts, const Parts& more) {
-    parts.insert(parts.end(), more.begin(), more.end());
-    return parts;
+// What an entry holds, added to what it is; a coefficient that is no number is null.
+Json YcJson(Json json, const YcValue& value) {
+    json["raw"] = value.raw;
+    json["coefficient"] = JsonNumber(CoefficientText(value));
+    json["value"] = JsonNumber(value.Text());
+    json["text"] = AreaText(value.area);
+    return json;
 }
 
-void PrintYc(const YcWanted& wanted, int index, const YcValue& value) {
-    const std::string text = AreaText(value.area);
-    const std::string hex = HexText(value.area.data(), value.area.size());
-    if (wanted.raw)
-        PrintLine(std::to_string(value.raw));
-    else if (wanted.coefficient)
-        PrintLine(CoefficientText(value));
-    else if (wanted.text)
-        PrintLine(text);
-    else if (wanted.hex)
-        PrintLine(hex);
-    else if (wanted.json)
-        PrintJson(JsonText(Joined(
-            Joined({{"table", TableName(ELiveTable::Yc)}, {"index", std::to_string(index)}}, YcParts(value)),
-            {{"hex", hex}})));
-    else
-        PrintLine("raw=" + std::to_string(value.raw) + " coefficient=" + CoefficientText(value) + " text=\"" +
-                  text + "\" hex=" + hex);
+void PrintYc(const std::string& part, int index, const YcValue& value) {
+    Json json = YcJson({{"table", TableName(ELiveTable::Yc)}, {"index", index}}, value);
+    json["hex"] = AreaHex(value);
+    const std::string raw = std::to_string(value.raw);
+    Print(part == "--json", json,
+          part == "--raw"           ? raw
+          : part == "--coefficient" ? CoefficientText(value)
+          : part == "--text"        ? AreaText(value.area)
+          : part == "--hex"         ? AreaHex(value)
+                                    : "raw=" + raw + " coefficient=" + CoefficientText(value) + " text=\"" +
+                                  AreaText(value.area) + "\" hex=" + AreaHex(value));
 }
 
 void AddGetYc(CLI::App& parent, EExit& result) {
-    auto wanted = std::make_shared<YcWanted>();
+    auto place = std::make_shared<LivePlace>();
     CLI::App* command = parent.add_subcommand("yc", "A telemetry point, all of it or one part");
-    AddPlace(*command, wanted->place, true);
+    AddPlace(*command, ELiveTable::Yc, *place);
     CLI::Option_group* parts = command->add_option_group("parts");
     parts->require_option(0, 1);
-    parts->add_flag("--raw", wanted->raw, "The raw value");
-    parts->add_flag("--coefficient", wanted->coefficient, "What the raw value is times");
-    parts->add_flag("--text", wanted->text, "The free-form area as text");
-    parts->add_flag("--hex", wanted->hex, "The free-form area as bytes");
-    AddJson(*parts, wanted->json)->description("All of it as one JSON object");
-    command->callback([wanted, &result] {
-        const int index = wanted->place.Index();
-        result = Read("yc " + std::to_string(index), [&wanted, index](CBenchShm& shm) {
-            const auto value = shm.Yc(index);
-            if (value) PrintYc(*wanted, index, *value);
+    parts->add_flag("--raw", "The raw value");
+    parts->add_flag("--coefficient", "What the raw value is times");
+    parts->add_flag("--text", "The free-form area as text");
+    parts->add_flag("--hex", "The free-form area as bytes");
+    parts->add_flag("--json", "All of it as one JSON object");
+    command->callback([place, parts, &result] {
+        const int index = place->Index();
+        result = ReadFrom(EntryName(ELiveTable::Yc, index), [&](CBenchShm& shm) {
+            std::string part;
+            for (const CLI::Option* option : parts->get_options())
+                if (option->count() > 0) part = option->get_name();
+            const auto value = shm.GetYc(index);
+            if (value) PrintYc(part, index, *value);
             return value.has_value();
-        });
-    });
-}
-
-void AddGetDd(CLI::App& parent, EExit& result) {
-    auto wanted = std::make_shared<Wanted>();
-    CLI::App* command = parent.add_subcommand("dd", "An energy counter, in units of 1/10000");
-    AddPlace(*command, wanted->place, false);
-    AddJson(*command, wanted->json);
-    command->callback([wanted, &result] {
-        const int index = wanted->place.Index();
-        result = Read("dd " + std::to_string(index), [&wanted, index](CBenchShm& shm) {
-            const auto value = shm.Dd(index);
-            if (value) PrintNumber(wanted->json, "dd", "index", index, "value", std::to_string(*value));
-            return value.has_value();
-        });
-    });
-}
-
-void AddGetGun(CLI::App& parent, EExit& result) {
-    auto wanted = std::make_shared<Wanted>();
-    int& port = wanted->place.port;
-    CLI::App* command = parent.add_subcommand("gun", "The gun state of a port");
-    AddJson(*command, wanted->json);
-    command->add_option("PORT", port, "Port; 0 and 1 share an entry")
-        ->required()
-        ->check(CLI::Range(0, kMaxPorts));
-    command->callback([wanted, &port, &result] {
-        result = Read("gun " + std::to_string(port), [&](CBenchShm& shm) {
-            const auto state = shm.Gun(port);
-            if (state) PrintNumber(wanted->json, "gun", "port", port, "state", std::to_string(*state));
-            return state.has_value();
         });
     });
 }
@@ -190,42 +116,40 @@ void AddGetGun(CLI::App& parent, EExit& result) {
 void AddGetEquipment(CLI::App& parent, EExit& result) {
     CLI::App* command =
         parent.add_subcommand("equipment", "The equipment number: 16 hexadecimal digits in stored order");
-    auto json = std::make_shared<bool>(false);
-    AddJson(*command, *json);
+    const auto* json = command->add_flag("--json", "As one JSON object");
     command->callback([json, &result] {
-        result = Read("equipment", [&json](CBenchShm& shm) {
-            const auto number = shm.EquipmentNumber();
-            const std::string text = HexText(number.data(), number.size());
-            if (shm.HasEquipment()) *json ? PrintJson(JsonText({{"equipment", text}})) : PrintLine(text);
-            return shm.HasEquipment();
+        result = ReadFrom("equipment", [json](CBenchShm& shm) {
+            const auto number = shm.Get(ELiveTable::Equipment, 0);
+            if (!number) return false;
+            std::uint8_t bytes[kEquipmentSize];
+            PutLe(bytes, sizeof bytes, *number);
+            const std::string text = HexText(bytes, sizeof bytes);
+            Print(json->count() > 0, {{"equipment", text}}, text);
+            return true;
         });
     });
 }
 
-// Empty where there is no such entry.
-Parts PartsOf(CBenchShm& shm, const NamedPoint& point) {
-    if (point.table != ELiveTable::Yc) {
-        const auto state = shm.State(point.table, point.index);
-        return state ? Parts{{"state", std::to_string(*state)}} : Parts{};
+// Prints what a named point holds; false where there is no such entry.
+bool PrintNamed(CBenchShm& shm, const NamedPoint& point, bool asJson) {
+    Json json{{"table", TableName(point.table)},
+              {"index", point.index},
+              {"name", point.name},
+              {"port", point.port}};
+    std::string text = EntryName(point.table, point.index) + " \"" + point.name + '"';
+    const auto number = shm.Get(point.table, point.index);
+    if (!number) return false;
+    if (point.table == ELiveTable::Yc) {
+        const YcValue value = *shm.GetYc(point.index);
+        json = YcJson(json, value);
+        text += " raw=" + std::to_string(value.raw) + " coefficient=" + CoefficientText(value) +
+                " value=" + value.Text() + " text=\"" + AreaText(value.area) + '"';
+    } else {
+        json["state"] = *number;
+        text += " state=" + std::to_string(*number);
     }
-    const auto yc = shm.Yc(point.index);
-    return yc ? YcParts(*yc) : Parts{};
-}
-
-std::string NamedText(const NamedPoint& point, const Parts& parts) {
-    std::string line =
-        std::string(TableName(point.table)) + ' ' + std::to_string(point.index) + " \"" + point.name + '"';
-    for (const auto& [name, text] : parts)
-        line += std::string(" ") + name + '=' + (name == std::string("text") ? '"' + text + '"' : text);
-    return line;
-}
-
-std::string NamedJson(const NamedPoint& point, const Parts& parts) {
-    return JsonText(Joined({{"table", TableName(point.table)},
-                            {"index", std::to_string(point.index)},
-                            {"name", point.name},
-                            {"port", std::to_string(point.port)}},
-                           parts));
+    Print(asJson, json, text);
+    return true;
 }
 
 EExit GetNamed(const NamedPlace& place, bool json) {
@@ -236,13 +160,8 @@ EExit GetNamed(const NamedPlace& place, bool json) {
     NamedPoint point{};
     const std::string trouble = FindPoint(place.directory, place.name, place.port, point);
     if (!trouble.empty()) return Complain(trouble);
-    return Read(std::string(TableName(point.table)) + ' ' + std::to_string(point.index),
-                [&point, json](CBenchShm& shm) {
-                    const Parts parts = PartsOf(shm, point);
-                    if (!parts.empty())
-                        json ? PrintJson(NamedJson(point, parts)) : PrintLine(NamedText(point, parts));
-                    return !parts.empty();
-                });
+    return ReadFrom(EntryName(point.table, point.index),
+                    [&](CBenchShm& shm) { return PrintNamed(shm, point, json); });
 }
 
 }  // namespace
@@ -251,16 +170,12 @@ void AddGet(CLI::App& parent, EExit& result) {
     CLI::App* get = parent.add_subcommand("get", "Print a live value; creates nothing");
     get->require_subcommand(0, 1);
     auto place = std::make_shared<NamedPlace>();
-    auto json = std::make_shared<bool>(false);
     AddNamedPlace(*get, *place);
-    get->add_flag("--json", *json, "A named point as one JSON object");
+    const auto* json = get->add_flag("--json", "A named point as one JSON object");
     get->callback([get, place, json, &result] {
-        if (get->get_subcommands().empty()) result = GetNamed(*place, *json);
+        if (get->get_subcommands().empty()) result = GetNamed(*place, json->count() > 0);
     });
-    AddGetSignal(*get, "yx", ELiveTable::Yx, "A status point", result);
-    AddGetSignal(*get, "yx2", ELiveTable::Yx2, "A status point of the second table", result);
+    for (const LiveKind& kind : kLiveKinds) AddGetNumber(*get, kind, result);
     AddGetYc(*get, result);
-    AddGetDd(*get, result);
-    AddGetGun(*get, result);
     AddGetEquipment(*get, result);
 }

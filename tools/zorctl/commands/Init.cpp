@@ -37,10 +37,10 @@ bool ReadPoints(const PointTable& table, const std::string& path, std::vector<Po
     rows.clear();
     const std::vector<TextTrouble> troubles = ReadPointCsv(table, text, rows);
     for (std::size_t i = 0; i < std::min(troubles.size(), kMostTroubles); ++i)
-        Complain("%s:%d:%d: %s", path.c_str(), troubles[i].at.line, troubles[i].at.column,
-                 troubles[i].what.c_str());
+        Complain(path + ':' + std::to_string(troubles[i].at.line) + ':' +
+                 std::to_string(troubles[i].at.column) + ": " + troubles[i].what);
     if (troubles.size() > kMostTroubles)
-        Complain("%s: and %zu faults more", path.c_str(), troubles.size() - kMostTroubles);
+        Complain(path + ": and " + std::to_string(troubles.size() - kMostTroubles) + " faults more");
     return troubles.empty();
 }
 
@@ -56,10 +56,10 @@ EExit Init(const InitOptions& options) {
     const std::string points = (directory / kPointSettingFile).string();
     std::error_code error;
     fs::create_directories(directory, error);
-    if (error) return Complain("%s: %s", options.directory.c_str(), error.message().c_str());
+    if (error) return Complain(options.directory + ": " + error.message());
     for (const std::string& path : {config, points})
         if (!options.force && fs::exists(fs::symlink_status(path, error)))
-            return Complain("%s is there already; --force replaces it", path.c_str());
+            return Complain(path + " is there already; --force replaces it");
 
     for (const std::string& trouble :
          {WriteConfiguration(config, options.ports), WritePointSettings(points, yx, yc)})

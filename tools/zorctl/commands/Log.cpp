@@ -93,11 +93,11 @@ EExit Log(const LogKind& kind, const LogOptions& options) {
         return Complain(trouble);
     Rows rows;
     if (const std::string trouble = ReadRows(database, kind, options, rows); !trouble.empty())
-        return Complain("%s: %s", PathOf(options.directory, kind.file).c_str(), trouble.c_str());
+        return Complain(PathOf(options.directory, kind.file) + ": " + trouble);
     if (options.csv)
-        PrintCsv(CsvLines(rows));
+        PrintCsv(rows);
     else if (options.json)
-        PrintJsonLines(rows);
+        PrintJson(rows);
     else
         PrintAligned(rows, kind.shown);
     return EExit::Done;

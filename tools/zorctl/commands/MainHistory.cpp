@@ -9,7 +9,8 @@
 #include "history/ChargingRecord.h"
 #include "history/HistoryDatabase.h"
 #include "tools/zorctl/commands/Commands.h"
-#include "tools/zorctl/messages/HistoryFrames.h"
+#include "tools/zorctl/commands/Options.h"
+#include "tools/zorctl/messages/CommandFrames.h"
 #include "tools/zorctl/messages/MainChannel.h"
 #include "tools/zorctl/messages/MessageLines.h"
 
@@ -81,7 +82,7 @@ EExit TakeAnswers(const HistoryOptions& options, CMainChannel& channel, CDeadlin
         over = IsLastAnswer(options, taken.decoded);
         end = std::min(deadline, DeadlineIn(kIdleSeconds));
     }
-    if (others > 0) Complain("%lu other messages taken and not shown", others);
+    if (others > 0) Complain(std::to_string(others) + " other messages taken and not shown");
     return answered ? EExit::Done : Complain("no answer came");
 }
 

@@ -9,9 +9,9 @@
 
 #include "points/PortNumbering.h"
 #include "tools/zorctl/commands/Commands.h"
+#include "tools/zorctl/commands/Options.h"
 #include "tools/zorctl/messages/MainChannel.h"
 #include "tools/zorctl/messages/MessageLines.h"
-#include "tools/zorctl/text/NumberIn.h"
 
 namespace {
 
@@ -66,9 +66,9 @@ EExit ShowMessages(const ListenOptions& options, CMainChannel& channel, CDeadlin
         if (!HasPassed(std::min(deadline, idle)) && !stop.Pause()) continue;
         break;
     }
-    if (others > 0 && !options.peek) Complain("%lu other messages taken and not shown", others);
+    if (others > 0 && !options.peek) Complain(std::to_string(others) + " other messages taken and not shown");
     if (seen >= options.count) return EExit::Done;
-    return Complain("%lu of %lu messages came", seen, options.count);
+    return Complain(std::to_string(seen) + " of " + std::to_string(options.count) + " messages came");
 }
 
 EExit Listen(const ListenOptions& options) {
@@ -104,9 +104,9 @@ void AddMainListen(CLI::App& parent, EExit& result) {
     command
         ->add_option("--seconds", options->seconds,
                      "End after this time, 0 with what is there; waiting for the queue counts")
-        ->check(NumberIn(0.0, 1e9));
+        ->check(DecimalIn(0.0, 1e9));
     command->add_option("--idle", options->idle, "End when nothing to show has come for this many seconds")
-        ->check(NumberIn(0.0, 1e9));
+        ->check(DecimalIn(0.0, 1e9));
     command->footer(
         "Waits for the queue where there is none yet. Ctrl-C ends it.\n"
         "Messages that are filtered out are taken from the queue too. With --peek none is; beside a "

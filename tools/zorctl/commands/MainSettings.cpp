@@ -3,8 +3,9 @@
 #include <memory>
 
 #include "tools/zorctl/commands/Commands.h"
+#include "tools/zorctl/commands/Options.h"
+#include "tools/zorctl/messages/CommandFrames.h"
 #include "tools/zorctl/messages/MainChannel.h"
-#include "tools/zorctl/messages/SettingsFrame.h"
 
 namespace {
 

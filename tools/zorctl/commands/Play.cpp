@@ -5,8 +5,8 @@
 
 #include "System/AppFiles.h"
 #include "tools/zorctl/commands/Commands.h"
+#include "tools/zorctl/commands/Options.h"
 #include "tools/zorctl/scenario/Player.h"
-#include "tools/zorctl/text/NumberIn.h"
 #include "tools/zorctl/text/PlainText.h"
 
 namespace {
@@ -40,13 +40,16 @@ EExit PlayScenario(const PlayOptions& options, const Scenario& scenario) {
     CBenchShm live;
     if (!live.IsOpen()) return Complain(live.WhyNot(""));
     CEventReader events(options.directory + '/' + kEventFile);
-    CPlayLog log(options.json ? EPlayOutput::Json : options.quiet ? EPlayOutput::Results : EPlayOutput::All);
+    CPlayLog log(options.json    ? EPlayOutput::ForPrograms
+                 : options.quiet ? EPlayOutput::Results
+                                 : EPlayOutput::All);
     do {
         CPlayer player(scenario, {live, channel, stop, events, log}, options.speed);
         const bool played = PlayInRealTime(player, stop);
         if (!log.Works()) return EExit::Failed;
-        if (player.Failures() > 0) return Complain("%s: %d failed", options.file.c_str(), player.Failures());
-        if (!played) return options.loop ? EExit::Done : Complain("%s: interrupted", options.file.c_str());
+        if (player.Failures() > 0)
+            return Complain(options.file + ": " + std::to_string(player.Failures()) + " failed");
+        if (!played) return options.loop ? EExit::Done : Complain(options.file + ": interrupted");
     } while (options.loop);
     return EExit::Done;
 }
@@ -75,7 +78,7 @@ void AddPlay(CLI::App& parent, EExit& result) {
         ->add_option("--speed", options->speed,
                      "Offsets and ramps go by this many times as fast; the process keeps its own "
                      "times, and 'within' stays as it is")
-        ->check(NumberIn(0.001, 1000.0));
+        ->check(DecimalIn(0.001, 1000.0));
     command->add_flag("--loop", options->loop,
                       "Again and again, until Ctrl-C or a failure; the next round begins at once");
     command->add_option("--dir", options->directory, "Where the event database is")->capture_default_str();

@@ -2,17 +2,15 @@
 #include <CLI/CLI.hpp>
 #include <cfloat>
 #include <charconv>
-#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "System/Numbers.h"
 #include "tools/zorctl/commands/Commands.h"
-#include "tools/zorctl/commands/LivePlace.h"
-#include "tools/zorctl/live/BenchShm.h"
+#include "tools/zorctl/commands/Options.h"
 #include "tools/zorctl/live/PointNames.h"
 #include "tools/zorctl/text/HexText.h"
-#include "tools/zorctl/text/NumberIn.h"
 #include "tools/zorctl/text/PlainText.h"
 
 namespace {
@@ -24,46 +22,50 @@ EExit WriteTo(const std::string& what, Write write) {
     return write(shm) ? EExit::Done : Complain(shm.WhyNot(what));
 }
 
-std::string EntryName(const char* table, int index) {
-    return std::string(table) + ' ' + std::to_string(index);
+EExit WriteNumber(ELiveTable table, int index, std::uint64_t value) {
+    return WriteTo(EntryName(table, index), [=](CBenchShm& shm) { return shm.Set(table, index, value); });
 }
 
-CLI::Option* AddByte(CLI::App& command, const char* name, int& value, const char* help) {
-    return command.add_option(name, value, help)->required()->check(CLI::Range(0, 255));
+// The whole of `text` as a number in the range.
+template <typename Number>
+bool ReadWhole(const std::string& text, Number least, Number most, Number& value) {
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    return error == std::errc() && end == text.data() + text.size() && value >= least && value <= most;
 }
 
-// "on" and "off" in any case as the state that they mean, every other text as it is.
-std::string StateDigits(const std::string& text) {
+// The same of a state, which can also be on or off, in any case.
+bool ReadState(const std::string& text, std::uint64_t most, std::uint64_t& state) {
     const std::string word = LowerCase(text);
-    return word == "on" ? "1" : word == "off" ? "0" : text;
+    if (most <= UINT8_MAX && (word == "on" || word == "off")) {
+        state = word == "on" ? 1 : 0;
+        return true;
+    }
+    return ReadWhole<std::uint64_t>(text, 0, most, state);
 }
 
-// A hexadecimal text of `least` to `most` bytes.
-CLI::Validator HexBytes(std::size_t least, std::size_t most) {
-    const auto check = [least, most](std::string& text) -> std::string {
-        std::vector<std::uint8_t> bytes;
-        if (ParseHex(text, bytes) && bytes.size() >= least && bytes.size() <= most) return "";
-        const std::string range =
-            least == most ? std::to_string(most) : std::to_string(least) + " to " + std::to_string(most);
-        return "expected hexadecimal digits for " + range + " bytes: " + text;
-    };
-    return CLI::Validator(check, "HEX");
+EExit WrongValue(const std::string& value, const std::string& expected) {
+    Complain('\'' + value + "': " + expected + " expected");
+    return EExit::WrongUse;
 }
 
-void AddSetSignal(CLI::App& parent, const char* name, ELiveTable table, const char* help, EExit& result) {
+EExit SetNumber(ELiveTable table, int index, std::uint64_t most, const std::string& text) {
+    std::uint64_t value = 0;
+    if (ReadState(text, most, value)) return WriteNumber(table, index, value);
+    return WrongValue(text, most <= UINT8_MAX ? "on, off or a state from 0 to 255"
+                                              : "a number from 0 to " + std::to_string(most));
+}
+
+void AddSetNumber(CLI::App& parent, const LiveKind& kind, EExit& result) {
     struct Options {
         LivePlace place;
-        int state = 0;
+        std::string value;
     };
     auto options = std::make_shared<Options>();
-    CLI::App* command = parent.add_subcommand(name, help);
-    AddPlace(*command, options->place, true);
-    AddByte(*command, "STATE", options->state, "on, off or a number")->transform(StateDigits, "");
-    command->callback([options, name, table, &result] {
-        const int index = options->place.Index();
-        const auto state = static_cast<std::uint8_t>(options->state);
-        result = WriteTo(EntryName(name, index),
-                         [=](CBenchShm& shm) { return shm.SetState(table, index, state); });
+    CLI::App* command = parent.add_subcommand(TableName(kind.table), kind.help);
+    AddPlace(*command, kind.table, options->place);
+    command->add_option("VALUE", options->value, kind.valueHelp)->required();
+    command->callback([options, &kind, &result] {
+        result = SetNumber(kind.table, options->place.Index(), kind.most, options->value);
     });
 }
 
@@ -87,14 +89,14 @@ void AddSetYc(CLI::App& parent, EExit& result) {
     auto options = std::make_shared<YcOptions>();
     CLI::App* command =
         parent.add_subcommand("yc", "A telemetry point: raw value, coefficient, free-form area");
-    AddPlace(*command, options->place, true);
+    AddPlace(*command, ELiveTable::Yc, options->place);
     CLI::Option_group* values = command->add_option_group("values");
     values->require_option(1, 0);
     const auto* raw = values->add_option("--raw", options->raw, "Raw value; a negative one wraps to 32 bits")
                           ->check(CLI::Range(std::int64_t{INT32_MIN}, std::int64_t{UINT32_MAX}));
     const auto* coefficient =
         values->add_option("--coefficient", options->coefficient, "What the raw value is times")
-            ->check(NumberIn(-FLT_MAX, FLT_MAX));
+            ->check(DecimalIn(-FLT_MAX, FLT_MAX));
     auto* text = values->add_option("--text", options->text, "Text of the area, the rest of it zeros")
                      ->check([](const std::string& given) {
                          return given.size() <= kEntryAreaSize
@@ -105,51 +107,13 @@ void AddSetYc(CLI::App& parent, EExit& result) {
                           ->check(HexBytes(0, kEntryAreaSize))
                           ->excludes(text);
     command->callback([options, raw, coefficient, text, hex, &result] {
-        YcChange change;
-        if (raw->count() > 0) change.raw = static_cast<std::uint32_t>(options->raw);
-        if (coefficient->count() > 0) change.coefficient = options->coefficient;
-        if (text->count() + hex->count() > 0) change.area = AreaFrom(*options);
         const int index = options->place.Index();
-        result = WriteTo(EntryName("yc", index),
-                         [&change, index](CBenchShm& shm) { return shm.SetYc(index, change); });
-    });
-}
-
-void AddSetDd(CLI::App& parent, EExit& result) {
-    struct Options {
-        LivePlace place;
-        std::uint64_t value = 0;
-    };
-    auto options = std::make_shared<Options>();
-    CLI::App* command = parent.add_subcommand("dd", "An energy counter");
-    AddPlace(*command, options->place, false);
-    command->add_option("VALUE", options->value, "In units of 1/10000")
-        ->required()
-        ->check(
-            // The library takes -1 for the largest of them.
-            [](const std::string& text) { return text[0] == '-' ? "not from 0 on: " + text : ""; }, "");
-    command->callback([options, &result] {
-        const int index = options->place.Index();
-        result = WriteTo(EntryName("dd", index),
-                         [&options, index](CBenchShm& shm) { return shm.SetDd(index, options->value); });
-    });
-}
-
-void AddSetGun(CLI::App& parent, EExit& result) {
-    struct Options {
-        int port = 0;
-        int state = 0;
-    };
-    auto options = std::make_shared<Options>();
-    CLI::App* command = parent.add_subcommand("gun", "The gun state of a port");
-    command->add_option("PORT", options->port, "Port; 0 and 1 share an entry")
-        ->required()
-        ->check(CLI::Range(0, kMaxPorts));
-    AddByte(*command, "STATE", options->state, "Gun state");
-    command->callback([options, &result] {
-        const auto state = static_cast<std::uint8_t>(options->state);
-        result = WriteTo(EntryName("gun", options->port),
-                         [&options, state](CBenchShm& shm) { return shm.SetGun(options->port, state); });
+        result = WriteTo(EntryName(ELiveTable::Yc, index), [&](CBenchShm& shm) {
+            return (text->count() + hex->count() == 0 || shm.SetArea(index, AreaFrom(*options))) &&
+                   (coefficient->count() == 0 || shm.SetCoefficient(index, options->coefficient)) &&
+                   (raw->count() == 0 ||
+                    shm.Set(ELiveTable::Yc, index, static_cast<std::uint32_t>(options->raw)));
+        });
     });
 }
 
@@ -162,39 +126,8 @@ void AddSetEquipment(CLI::App& parent, EExit& result) {
     command->callback([digits, &result] {
         std::vector<std::uint8_t> bytes;
         ParseHex(*digits, bytes);
-        std::array<std::uint8_t, kEquipmentSize> number{};
-        std::copy_n(bytes.begin(), number.size(), number.begin());
-        result = WriteTo("equipment", [&number](CBenchShm& shm) { return shm.SetEquipment(number); });
+        result = WriteNumber(ELiveTable::Equipment, 0, GetLe(bytes.data(), bytes.size()));
     });
-}
-
-// True for the whole of `text` as a number in the range.
-bool ReadWhole(const std::string& text, std::int64_t least, std::int64_t most, std::int64_t& value) {
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    return error == std::errc() && end == text.data() + text.size() && value >= least && value <= most;
-}
-
-EExit WrongValue(const std::string& value, const char* expected) {
-    Complain("'%s': %s expected", value.c_str(), expected);
-    return EExit::WrongUse;
-}
-
-EExit SetSignal(const NamedPoint& point, const std::string& value) {
-    std::int64_t state = 0;
-    if (!ReadWhole(StateDigits(value), 0, UINT8_MAX, state))
-        return WrongValue(value, "on, off or a state from 0 to 255");
-    return WriteTo(EntryName(TableName(point.table), point.index), [&point, state](CBenchShm& shm) {
-        return shm.SetState(point.table, point.index, static_cast<std::uint8_t>(state));
-    });
-}
-
-EExit SetTelemetry(const NamedPoint& point, const std::string& value) {
-    std::int64_t raw = 0;
-    if (!ReadWhole(value, INT32_MIN, UINT32_MAX, raw)) return WrongValue(value, "a raw value");
-    YcChange change;
-    change.raw = static_cast<std::uint32_t>(raw);
-    return WriteTo(EntryName(TableName(point.table), point.index),
-                   [&](CBenchShm& shm) { return shm.SetYc(point.index, change); });
 }
 
 EExit SetNamed(const NamedPlace& place, const std::string& value) {
@@ -205,7 +138,10 @@ EExit SetNamed(const NamedPlace& place, const std::string& value) {
     NamedPoint point{};
     const std::string trouble = FindPoint(place.directory, place.name, place.port, point);
     if (!trouble.empty()) return Complain(trouble);
-    return point.table == ELiveTable::Yc ? SetTelemetry(point, value) : SetSignal(point, value);
+    if (point.table != ELiveTable::Yc) return SetNumber(point.table, point.index, UINT8_MAX, value);
+    std::int64_t raw = 0;
+    if (!ReadWhole<std::int64_t>(value, INT32_MIN, UINT32_MAX, raw)) return WrongValue(value, "a raw value");
+    return WriteNumber(point.table, point.index, static_cast<std::uint32_t>(raw));
 }
 
 }  // namespace
@@ -222,10 +158,7 @@ void AddSet(CLI::App& parent, EExit& result) {
     set->callback([set, place, value, &result] {
         if (set->get_subcommands().empty()) result = SetNamed(*place, *value);
     });
-    AddSetSignal(*set, "yx", ELiveTable::Yx, "A status point", result);
-    AddSetSignal(*set, "yx2", ELiveTable::Yx2, "A status point of the second table", result);
+    for (const LiveKind& kind : kLiveKinds) AddSetNumber(*set, kind, result);
     AddSetYc(*set, result);
-    AddSetDd(*set, result);
-    AddSetGun(*set, result);
     AddSetEquipment(*set, result);
 }

@@ -1,8 +1,5 @@
 // zorctl status: whether a station works, and what it was last seen doing. Creates and removes nothing.
-#include <cjson/cJSON.h>
-
 #include <CLI/CLI.hpp>
-#include <cstdio>
 #include <memory>
 #include <string>
 #include <vector>
@@ -13,7 +10,7 @@
 #include "tools/zorctl/commands/Commands.h"
 #include "tools/zorctl/station/StationStatus.h"
 #include "tools/zorctl/text/HexText.h"
-#include "tools/zorctl/text/PlainText.h"
+#include "tools/zorctl/text/Json.h"
 
 namespace {
 
@@ -99,86 +96,53 @@ void PrintText(const StationStatus& status) {
 
 // ---- for programs: null where nothing is known ----------------------------------------------------------
 
-void AddNumber(cJSON* object, const char* name, unsigned long value) {
-    cJSON_AddItemToObject(object, name, cJSON_CreateRaw(std::to_string(value).c_str()));
+Json ActJson(const QueueAct& act) {
+    if (act.process == 0) return nullptr;
+    return {{"pid", act.process}, {"time", CDateTime(act.time).FullText()}};
 }
 
-void AddText(cJSON* object, const char* name, const std::string& text) {
-    cJSON_AddStringToObject(object, name, AsUtf8(text).c_str());
-}
-
-cJSON* JsonAct(const QueueAct& act) {
-    if (act.process == 0) return cJSON_CreateNull();
-    cJSON* object = cJSON_CreateObject();
-    cJSON_AddNumberToObject(object, "pid", act.process);
-    AddText(object, "time", CDateTime(act.time).FullText());
-    return object;
-}
-
-cJSON* JsonQueue(const QueueState& queue) {
-    if (!queue.present || !queue.trouble.empty()) return cJSON_CreateNull();
-    cJSON* object = cJSON_CreateObject();
-    AddNumber(object, "messages", queue.messages);
-    if (queue.directions) AddNumber(object, "toMain", queue.directions->toMain);
-    if (queue.directions) AddNumber(object, "fromMain", queue.directions->fromMain);
-    AddNumber(object, "bytes", queue.bytes);
-    AddNumber(object, "maxBytes", queue.mostBytes);
-    cJSON_AddItemToObject(object, "lastSent", JsonAct(queue.sent));
-    cJSON_AddItemToObject(object, "lastTaken", JsonAct(queue.taken));
-    return object;
-}
-
-cJSON* JsonMemory(const StationStatus& status) {
-    const SharedSegmentState& memory = status.memory;
-    if (!memory.known || !memory.present || memory.size == 0) return cJSON_CreateNull();
-    cJSON* object = cJSON_CreateObject();
-    AddNumber(object, "size", memory.size);
-    AddNumber(object, "version", memory.version);
-    cJSON_AddNumberToObject(object, "creator", memory.creator);
-    AddNumber(object, "attached", memory.attached);
-    cJSON* processes = cJSON_AddArrayToObject(object, "processes");
-    for (const ProcessInfo& process : status.attached) {
-        cJSON* item = cJSON_CreateObject();
-        cJSON_AddNumberToObject(item, "pid", process.id);
-        AddText(item, "name", process.name);
-        cJSON_AddItemToArray(processes, item);
+Json QueueJson(const QueueState& queue) {
+    if (!queue.present || !queue.trouble.empty()) return nullptr;
+    Json json{{"messages", queue.messages}};
+    if (queue.directions) {
+        json["toMain"] = queue.directions->toMain;
+        json["fromMain"] = queue.directions->fromMain;
     }
-    return object;
+    json["bytes"] = queue.bytes;
+    json["maxBytes"] = queue.mostBytes;
+    json["lastSent"] = ActJson(queue.sent);
+    json["lastTaken"] = ActJson(queue.taken);
+    return json;
 }
 
-cJSON* JsonEvent(const LastEvent& event) {
-    if (event.id.empty()) return cJSON_CreateNull();
-    cJSON* object = cJSON_CreateObject();
-    cJSON_AddItemToObject(object, "id", cJSON_CreateRaw(event.id.c_str()));
-    AddText(object, "timestamp", event.time);
-    AddText(object, "event", event.text);
-    return object;
+Json MemoryJson(const StationStatus& status) {
+    const SharedSegmentState& memory = status.memory;
+    if (!memory.known || !memory.present || memory.size == 0) return nullptr;
+    Json processes = Json::array();
+    for (const ProcessInfo& process : status.attached)
+        processes.push_back({{"pid", process.id}, {"name", process.name}});
+    return {{"size", memory.size},
+            {"version", memory.version},
+            {"creator", memory.creator},
+            {"attached", memory.attached},
+            {"processes", processes}};
 }
 
-cJSON* JsonPending(const PendingRows& pending) {
-    if (!pending.trouble.empty()) return cJSON_CreateNull();
-    cJSON* object = cJSON_CreateObject();
-    for (const PendingRows::Port& port : pending.ports)
-        cJSON_AddNumberToObject(object, std::to_string(port.port).c_str(), port.rows);
-    return object;
-}
-
-void ShowAsJson(const StationStatus& status) {
-    const std::unique_ptr<cJSON, void (*)(cJSON*)> owner(cJSON_CreateObject(), cJSON_Delete);
-    cJSON* object = owner.get();
-    cJSON* processes = cJSON_AddArrayToObject(object, "processes");
-    for (const std::int32_t process : status.runtimes)
-        cJSON_AddItemToArray(processes, cJSON_CreateNumber(process));
-    cJSON_AddItemToObject(object, "queue", JsonQueue(status.queue));
-    cJSON_AddItemToObject(object, "memory", JsonMemory(status));
-    if (status.configurationTrouble.empty()) cJSON_AddNumberToObject(object, "ports", status.portCount);
-    cJSON_AddItemToObject(object, "lastEvent", JsonEvent(status.event));
-    cJSON_AddItemToObject(object, "pending", JsonPending(status.pending));
-    cJSON* troubles = cJSON_AddArrayToObject(object, "troubles");
-    for (const std::string& trouble : Troubles(status))
-        cJSON_AddItemToArray(troubles, cJSON_CreateString(AsUtf8(trouble).c_str()));
-    const std::unique_ptr<char, void (*)(void*)> text(cJSON_PrintUnformatted(object), cJSON_free);
-    PrintJson(text != nullptr ? text.get() : "");
+Json StatusJson(const StationStatus& status) {
+    Json json{
+        {"processes", status.runtimes}, {"queue", QueueJson(status.queue)}, {"memory", MemoryJson(status)}};
+    if (status.configurationTrouble.empty()) json["ports"] = status.portCount;
+    Json& event = json["lastEvent"];
+    if (!status.event.id.empty())
+        event = {{"id", JsonNumber(status.event.id)},
+                 {"timestamp", status.event.time},
+                 {"event", status.event.text}};
+    Json& pending = json["pending"];
+    if (status.pending.trouble.empty())
+        for (const PendingRows::Port& port : status.pending.ports)
+            pending[std::to_string(port.port)] = port.rows;
+    json["troubles"] = Troubles(status);
+    return json;
 }
 
 struct StatusOptions {
@@ -189,7 +153,7 @@ struct StatusOptions {
 EExit Status(const StatusOptions& options) {
     const StationStatus status = LookAtStation(options.directory);
     if (options.json)
-        ShowAsJson(status);
+        PrintJson(StatusJson(status));
     else
         PrintText(status);
     return Troubles(status).empty() ? EExit::Done : EExit::Failed;

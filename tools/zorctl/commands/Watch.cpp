@@ -1,13 +1,12 @@
 // zorctl watch: a station as it lives, on the whole terminal.
 #include <CLI/CLI.hpp>
-#include <algorithm>
 #include <ctime>
 #include <memory>
 #include <string>
 
 #include "System/AppFiles.h"
 #include "tools/zorctl/commands/Commands.h"
-#include "tools/zorctl/text/NumberIn.h"
+#include "tools/zorctl/commands/Options.h"
 #include "tools/zorctl/watch/StationView.h"
 #include "tools/zorctl/watch/Terminal.h"
 #include "tools/zorctl/watch/ViewLayout.h"
@@ -20,9 +19,7 @@ struct WatchOptions {
     bool take = false;
 };
 
-CTerminal::EWake WatchOn(CTerminal& terminal, const WatchOptions& options) {
-    constexpr double kFetchSeconds = 0.005;
-    CStopSignals stop;
+CTerminal::EWake WatchOn(CTerminal& terminal, const WatchOptions& options, CStopSignals& stop) {
     CStationView view(options.directory, options.take, stop);
     CDeadline next = DeadlineIn(0);
     for (CTerminal::EWake wake = CTerminal::EWake::Time;;) {
@@ -38,15 +35,16 @@ CTerminal::EWake WatchOn(CTerminal& terminal, const WatchOptions& options) {
         }
         if (wake == CTerminal::EWake::Changed)
             terminal.Draw(LayOut(view.Picture(), terminal.Lines(), terminal.Columns()));
-        wake = terminal.Wait(std::min(next, DeadlineIn(kFetchSeconds)));
+        wake = CTerminal::Wait(stop);
         if (wake == CTerminal::EWake::Quit || wake == CTerminal::EWake::Lost) return wake;
     }
 }
 
 EExit Watch(const WatchOptions& options) {
+    CStopSignals stop;
     CTerminal terminal;
     if (const std::string trouble = terminal.Open(); !trouble.empty()) return Complain(trouble);
-    return WatchOn(terminal, options) == CTerminal::EWake::Quit ? EExit::Done : EExit::Failed;
+    return WatchOn(terminal, options, stop) == CTerminal::EWake::Quit ? EExit::Done : EExit::Failed;
 }
 
 }  // namespace
@@ -58,7 +56,7 @@ void AddWatch(CLI::App& parent, EExit& result) {
     command->add_option("DIR", options->directory, "Directory of the databases")->capture_default_str();
     command->add_option("--interval", options->interval, "Seconds between two looks")
         ->capture_default_str()
-        ->check(NumberIn(0.02, 60.0));
+        ->check(DecimalIn(0.02, 60.0));
     command->add_flag("--take", options->take,
                       "Take the messages from the queue, as zor_main does, instead of copying them");
     command->footer(

@@ -46,8 +46,8 @@ int ParseAndRun(int argc, const char* const* argv) {
         std::ostringstream wanted;
         std::ostringstream wrong;
         const bool good = app.exit(error, wanted, wrong) == 0;
-        std::fputs(Printable(wanted.str(), EEscape::BytesInLines).c_str(), stdout);
-        std::fputs(Printable(wrong.str(), EEscape::BytesInLines).c_str(), stderr);
+        std::fputs(Printable(wanted.str(), EEscape::Lines).c_str(), stdout);
+        std::fputs(Printable(wrong.str(), EEscape::Lines).c_str(), stderr);
         return static_cast<int>(good ? EExit::Done : EExit::WrongUse);
     }
     return static_cast<int>(result);

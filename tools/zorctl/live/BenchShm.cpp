@@ -8,21 +8,12 @@
 
 namespace {
 
-// Stored in one piece where the compiler can, so that a reader in another process rarely sees half a value.
-void Store(std::uint8_t* at, std::size_t width, std::uint64_t value) {
-    std::uint8_t bytes[sizeof value];
-    PutLe(bytes, width, value);
-    std::memcpy(at, bytes, width);
-}
-
-std::uint64_t Load(const std::uint8_t* at, std::size_t width) {
-    std::uint8_t bytes[sizeof(std::uint64_t)];
-    std::memcpy(bytes, at, width);
-    return GetLe(bytes, width);
+std::uint8_t* Behind(void* entry, std::size_t offset) {
+    return entry != nullptr ? static_cast<std::uint8_t*>(entry) + offset : nullptr;
 }
 
 float LoadFloat(const std::uint8_t* at) {
-    const auto bits = static_cast<std::uint32_t>(Load(at, sizeof(std::uint32_t)));
+    const auto bits = static_cast<std::uint32_t>(GetLe(at, sizeof(std::uint32_t)));
     float value = 0.0F;
     std::memcpy(&value, &bits, sizeof value);
     return value;
@@ -31,10 +22,20 @@ float LoadFloat(const std::uint8_t* at) {
 void StoreFloat(std::uint8_t* at, float value) {
     std::uint32_t bits = 0;
     std::memcpy(&bits, &value, sizeof bits);
-    Store(at, sizeof bits, bits);
+    PutLe(at, sizeof bits, bits);
 }
 
 }  // namespace
+
+const char* TableName(ELiveTable table) {
+    constexpr const char* kNames[] = {"yx", "yx2", "yc", "dd", "gun", "equipment"};
+    return kNames[static_cast<std::size_t>(table)];
+}
+
+std::string EntryName(ELiveTable table, int index) {
+    const std::string name = TableName(table);
+    return table == ELiveTable::Equipment ? name : name + ' ' + std::to_string(index);
+}
 
 std::string YcValue::Text() const {
     char text[32];
@@ -42,18 +43,61 @@ std::string YcValue::Text() const {
     return text;
 }
 
-std::uint8_t* CBenchShm::EntryOf(ELiveTable table, int index) {
+CBenchShm::Number CBenchShm::NumberAt(ELiveTable table, int index) {
     switch (table) {
         case ELiveTable::Yx:
-            return static_cast<std::uint8_t*>(getYx(index));
+            return {Behind(getYx(index), kYxState), 1};
         case ELiveTable::Yx2:
-            return static_cast<std::uint8_t*>(getYx2(index));
+            return {Behind(getYx2(index), kYxState), 1};
         case ELiveTable::Yc:
-            return static_cast<std::uint8_t*>(getYc(index));
+            return {Behind(getYc(index), kYcRaw), sizeof(std::uint32_t)};
         case ELiveTable::Dd:
-            return static_cast<std::uint8_t*>(getDd(index));
+            return {Behind(getDd(index), kDdLow), sizeof(std::uint64_t)};
+        case ELiveTable::Gun:
+            return {Behind(GunEntry(index), kGunState), 1};
+        case ELiveTable::Equipment:
+            return {Behind(DeviceArea(), kDeviceEquipment), kEquipmentSize};
     }
-    return nullptr;
+    return {nullptr, 0};
+}
+
+bool CBenchShm::Set(ELiveTable table, int index, std::uint64_t value) {
+    const Number number = NumberAt(table, index);
+    if (number.at == nullptr) return false;
+    if (table == ELiveTable::Yc && GetYc(index)->coefficient == 0.0F) SetCoefficient(index, 1.0F);
+    // In one piece where the compiler can, so that a reader in another process rarely sees half a value.
+    std::uint8_t bytes[sizeof value];
+    PutLe(bytes, number.width, value);
+    std::memcpy(number.at, bytes, number.width);
+    return true;
+}
+
+std::optional<std::uint64_t> CBenchShm::Get(ELiveTable table, int index) {
+    const Number number = NumberAt(table, index);
+    if (number.at == nullptr) return std::nullopt;
+    return GetLe(number.at, number.width);
+}
+
+bool CBenchShm::SetCoefficient(int index, float coefficient) {
+    std::uint8_t* at = Behind(getYc(index), kYcCoefficient);
+    if (at != nullptr) StoreFloat(at, coefficient);
+    return at != nullptr;
+}
+
+bool CBenchShm::SetArea(int index, const LiveArea& area) {
+    std::uint8_t* at = Behind(getYc(index), kEntryArea);
+    if (at != nullptr) std::memcpy(at, area.data(), area.size());
+    return at != nullptr;
+}
+
+std::optional<YcValue> CBenchShm::GetYc(int index) {
+    const std::uint8_t* entry = Behind(getYc(index), 0);
+    if (entry == nullptr) return std::nullopt;
+    YcValue value{static_cast<std::uint32_t>(GetLe(entry + kYcRaw, sizeof value.raw)),
+                  LoadFloat(entry + kYcCoefficient),
+                  {}};
+    std::memcpy(value.area.data(), entry + kEntryArea, value.area.size());
+    return value;
 }
 
 std::string CBenchShm::WhyNot(const std::string& what) {
@@ -61,72 +105,4 @@ std::string CBenchShm::WhyNot(const std::string& what) {
     const SharedSegmentState state = LookAtSharedSegment();
     return SegmentName(state) + ": " +
            (state.trouble.empty() ? "cannot be opened for writing" : state.trouble);
-}
-
-bool CBenchShm::SetState(ELiveTable table, int index, std::uint8_t state) {
-    std::uint8_t* entry = EntryOf(table, index);
-    if (entry == nullptr) return false;
-    entry[kYxState] = state;
-    return true;
-}
-
-std::optional<std::uint8_t> CBenchShm::State(ELiveTable table, int index) {
-    const std::uint8_t* entry = EntryOf(table, index);
-    if (entry == nullptr) return std::nullopt;
-    return entry[kYxState];
-}
-
-bool CBenchShm::SetYc(int index, const YcChange& change) {
-    std::uint8_t* entry = EntryOf(ELiveTable::Yc, index);
-    if (entry == nullptr) return false;
-    if (change.area) std::memcpy(entry + kEntryArea, change.area->data(), change.area->size());
-    if (change.coefficient)
-        StoreFloat(entry + kYcCoefficient, *change.coefficient);
-    else if (change.raw && LoadFloat(entry + kYcCoefficient) == 0.0F)
-        StoreFloat(entry + kYcCoefficient, 1.0F);
-    if (change.raw) Store(entry + kYcRaw, sizeof *change.raw, *change.raw);
-    return true;
-}
-
-std::optional<YcValue> CBenchShm::Yc(int index) {
-    const std::uint8_t* entry = EntryOf(ELiveTable::Yc, index);
-    if (entry == nullptr) return std::nullopt;
-    YcValue value{static_cast<std::uint32_t>(Load(entry + kYcRaw, sizeof(std::uint32_t))),
-                  LoadFloat(entry + kYcCoefficient),
-                  {}};
-    std::memcpy(value.area.data(), entry + kEntryArea, value.area.size());
-    return value;
-}
-
-bool CBenchShm::SetDd(int index, std::uint64_t value) {
-    std::uint8_t* entry = EntryOf(ELiveTable::Dd, index);
-    if (entry == nullptr) return false;
-    Store(entry + kDdLow, sizeof value, value);
-    return true;
-}
-
-std::optional<std::uint64_t> CBenchShm::Dd(int index) {
-    const std::uint8_t* entry = EntryOf(ELiveTable::Dd, index);
-    if (entry == nullptr) return std::nullopt;
-    return Load(entry + kDdLow, sizeof(std::uint64_t));
-}
-
-bool CBenchShm::SetGun(int port, std::uint8_t state) {
-    std::uint8_t* entry = GunEntry(port);
-    if (entry == nullptr) return false;
-    entry[kGunState] = state;
-    return true;
-}
-
-std::optional<std::uint8_t> CBenchShm::Gun(int port) {
-    const std::uint8_t* entry = GunEntry(port);
-    if (entry == nullptr) return std::nullopt;
-    return entry[kGunState];
-}
-
-bool CBenchShm::SetEquipment(const std::array<std::uint8_t, kEquipmentSize>& number) {
-    std::uint8_t* device = DeviceArea();
-    if (device == nullptr) return false;
-    std::memcpy(device + kDeviceEquipment, number.data(), number.size());
-    return true;
 }

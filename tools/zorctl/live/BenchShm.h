@@ -8,7 +8,14 @@
 
 #include "points/ShmCtrl.h"
 
-enum class ELiveTable : std::uint8_t { Yx, Yx2, Yc, Dd };
+// What holds numbers in the shared memory. The index of a gun state is its port (0 and 1 share one), the
+// equipment number has index 0; its bytes in stored order are those of the number from the lowest on.
+enum class ELiveTable : std::uint8_t { Yx, Yx2, Yc, Dd, Gun, Equipment };
+
+// The table's name on the command line.
+const char* TableName(ELiveTable table);
+// "yc 231", as complaints name an entry.
+std::string EntryName(ELiveTable table, int index);
 
 inline constexpr char kNoSuchEntry[] = "the shared memory has no such entry";
 
@@ -23,43 +30,31 @@ struct YcValue {
     std::string Text() const;
 };
 
-// What to change in a YC entry; the rest of the entry stays.
-struct YcChange {
-    std::optional<std::uint32_t> raw;
-    std::optional<float> coefficient;
-    std::optional<LiveArea> area;
-};
-
 // Setters return false and readers nothing where the platform has no such entry. Creates the segment when it
 // is missing, as every user of the library does.
 class CBenchShm : public CShmCTRL {
   public:
     // False where the segment cannot be used at all: nothing of it can be read or written then.
-    bool IsOpen() { return EntryOf(ELiveTable::Yx, 0) != nullptr; }
+    bool IsOpen() { return getYx(0) != nullptr; }
 
-    // `table` is Yx or Yx2.
-    bool SetState(ELiveTable table, int index, std::uint8_t state);
-    std::optional<std::uint8_t> State(ELiveTable table, int index);
+    // The state, raw value, counter (in units of 1/10000) or number of an entry. Setting the raw value of a
+    // telemetry entry also sets the coefficient to 1 where it is 0: such an entry counts as never written,
+    // and its value would stay 0 for good.
+    bool Set(ELiveTable table, int index, std::uint64_t value);
+    std::optional<std::uint64_t> Get(ELiveTable table, int index);
 
-    // A raw value alone also sets the coefficient to 1 in an entry that has none (0): such an entry counts as
-    // never written, and its value would stay 0 for good.
-    bool SetYc(int index, const YcChange& change);
-    std::optional<YcValue> Yc(int index);
-
-    // In units of 1/10000.
-    bool SetDd(int index, std::uint64_t value);
-    std::optional<std::uint64_t> Dd(int index);
-
-    // `port` 0 to 8; 0 and 1 share an entry.
-    bool SetGun(int port, std::uint8_t state);
-    std::optional<std::uint8_t> Gun(int port);
-
-    bool SetEquipment(const std::array<std::uint8_t, kEquipmentSize>& number);
-    bool HasEquipment() { return DeviceArea() != nullptr; }
+    // The rest of a telemetry entry.
+    bool SetCoefficient(int index, float coefficient);
+    bool SetArea(int index, const LiveArea& area);
+    std::optional<YcValue> GetYc(int index);
 
     // Why a setter or a reader of the entry `what` has failed.
     std::string WhyNot(const std::string& what);
 
   private:
-    std::uint8_t* EntryOf(ELiveTable table, int index);
+    struct Number {
+        std::uint8_t* at;  // null for an entry that does not exist
+        std::size_t width;
+    };
+    Number NumberAt(ELiveTable table, int index);
 };

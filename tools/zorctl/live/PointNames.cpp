@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <list>
 #include <map>
-#include <numeric>
 #include <tuple>
 #include <utility>
 
@@ -16,21 +15,6 @@
 
 namespace {
 
-// How many letters have to be changed, added or taken away to get from one text to the other.
-std::size_t Distance(const std::string& from, const std::string& to) {
-    std::vector<std::size_t> costs(to.size() + 1);
-    std::iota(costs.begin(), costs.end(), std::size_t{0});
-    for (const char letter : from) {
-        std::size_t diagonal = costs[0]++;
-        for (std::size_t j = 0; j < to.size(); ++j) {
-            const std::size_t changed = diagonal + (letter == to[j] ? 0 : 1);
-            diagonal = costs[j + 1];
-            costs[j + 1] = std::min({changed, costs[j] + 1, diagonal + 1});
-        }
-    }
-    return costs.back();
-}
-
 std::string Described(const NamedPoint& point) {
     return '"' + point.name + "\" (" + TableName(point.table) + ' ' + std::to_string(point.index) + ')';
 }
@@ -42,20 +26,6 @@ std::string Listed(const std::vector<NamedPoint>& points) {
 }
 
 }  // namespace
-
-const char* TableName(ELiveTable table) {
-    switch (table) {
-        case ELiveTable::Yx:
-            return "yx";
-        case ELiveTable::Yx2:
-            return "yx2";
-        case ELiveTable::Yc:
-            return "yc";
-        case ELiveTable::Dd:
-            return "dd";
-    }
-    return "";
-}
 
 std::string CPointNames::Load(const std::string& directory) {
     m_points.clear();
@@ -131,7 +101,7 @@ std::string CPointNames::Find(const std::string& name, int port, NamedPoint& fou
     if (port > m_portCount)
         return "port " + std::to_string(port) + ": the station has " + std::to_string(m_portCount);
     const std::vector<NamedPoint> firsts = FirstsOf(name);
-    if (firsts.empty()) return NoSuchName(name);
+    if (firsts.empty()) return "no point is named \"" + name + '"';
     if (firsts.size() > 1)
         return "several points bear the name: " + Listed(firsts) + "; give table and index";
     const NamedPoint& first = firsts.front();
@@ -143,26 +113,6 @@ std::string CPointNames::Find(const std::string& name, int port, NamedPoint& fou
     if (place == m_points.end()) return Described(first) + " has no copy for port " + std::to_string(port);
     found = *place;
     return "";
-}
-
-std::string CPointNames::NoSuchName(const std::string& name) const {
-    constexpr std::size_t kMostNear = 5;
-    const std::string wanted = LowerCase(name);
-    std::vector<std::pair<std::size_t, NamedPoint>> near;
-    for (const NamedPoint& point : m_points) {
-        if (point.index != point.first) continue;
-        const std::string candidate = LowerCase(point.name);
-        const std::size_t distance = Distance(wanted, candidate);
-        const bool contained = !wanted.empty() && candidate.find(wanted) != std::string::npos;
-        if (contained || distance <= wanted.size() / 3) near.emplace_back(distance, point);
-    }
-    std::stable_sort(near.begin(), near.end(),
-                     [](const auto& a, const auto& b) { return a.first < b.first; });
-    near.resize(std::min(near.size(), kMostNear));
-    std::vector<NamedPoint> points;
-    points.reserve(near.size());
-    for (auto& item : near) points.push_back(std::move(item.second));
-    return "no point is named \"" + name + '"' + (points.empty() ? "" : "; near: " + Listed(points));
 }
 
 std::string FindPoint(const std::string& directory, const std::string& name, int port, NamedPoint& found) {

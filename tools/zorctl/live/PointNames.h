@@ -16,16 +16,13 @@ struct NamedPoint {
     std::string name;
 };
 
-// The table's name on the command line.
-const char* TableName(ELiveTable table);
-
 class CPointNames {
   public:
     // Reads the settings and the port count in `directory`. Returns an empty text, or what went wrong.
     std::string Load(const std::string& directory);
 
     // The point of `port` (0: the first) whose name is `name`, in this spelling or, where none is, in any
-    // case of letters. Returns an empty text, or why it is not to be had, with what else could be meant.
+    // case of letters. Returns an empty text, or why it is not to be had.
     std::string Find(const std::string& name, int port, NamedPoint& found) const;
 
     // All of them, by table and index.
@@ -37,7 +34,6 @@ class CPointNames {
     std::string LoadYc(CSqliteDb& database);
     void Add(const NamedPoint& point);
     std::vector<NamedPoint> FirstsOf(const std::string& name) const;
-    std::string NoSuchName(const std::string& name) const;
 
     int m_portCount = 1;
     std::vector<NamedPoint> m_points;

@@ -1,10 +1,7 @@
 #include "tools/zorctl/messages/Bodies.h"
 
-#include <cjson/cJSON.h>
-
 #include <algorithm>
 #include <iterator>
-#include <memory>
 
 #include "System/Numbers.h"
 #include "history/ChargingRecord.h"
@@ -14,7 +11,7 @@
 #include "reports/PortState.h"
 #include "reports/SignalBodies.h"
 #include "tools/zorctl/text/HexText.h"
-#include "tools/zorctl/text/PlainText.h"
+#include "tools/zorctl/text/Json.h"
 
 namespace {
 
@@ -64,9 +61,7 @@ bool DecodeRecord(const std::uint8_t* body, std::size_t length, DecodedFrame& de
 bool FitsList(const ListBodyLayout& layout, const std::uint8_t* body, std::size_t length) {
     const std::size_t around = static_cast<std::size_t>(layout.headSize) + layout.tailSize;
     if (length < around || (length - around) % layout.entrySize != 0) return false;
-    const std::uint64_t entries = (length - around) / layout.entrySize;
-    const std::uint64_t counted = std::uint64_t{1} << (8 * layout.count.size);  // the count wraps there
-    return GetField(body, layout.count) == entries % counted;
+    return GetField(body, layout.count) == (length - around) / layout.entrySize;
 }
 
 // Decodes a head, entries of one size, and what closes the body.
@@ -88,16 +83,15 @@ bool DecodeList(const std::uint8_t* body, std::size_t length, DecodedFrame& deco
 // Takes a JSON body; its port number is shown as every other message's.
 bool DecodeDocument(const std::uint8_t* body, std::size_t length, DecodedFrame& decoded,
                     std::string& trouble) {
-    std::string text(body, body + length);
-    const std::unique_ptr<cJSON, void (*)(cJSON*)> document(cJSON_ParseWithOpts(text.c_str(), nullptr, 1),
-                                                            cJSON_Delete);
-    if (!cJSON_IsObject(document.get())) {
+    const std::string text(body, body + length);
+    const Json document = ParseJson(text);
+    if (!document.is_object()) {
         trouble = "body is no JSON object";
         return false;
     }
-    const cJSON* port = cJSON_GetObjectItemCaseSensitive(document.get(), "portNo");
-    if (cJSON_IsNumber(port)) Add(decoded, {kPort, std::to_string(port->valueint), true});
-    decoded.document = AsUtf8(text);
+    const Json port = document.value("portNo", Json());
+    if (port.is_number_integer()) Add(decoded, {kPort, JsonText(port), true});
+    decoded.document = text;
     return true;
 }
 

@@ -3,9 +3,11 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <ctime>
 #include <string>
 #include <vector>
 
+#include "ipc/Frame.h"
 #include "reports/Messages.h"
 
 struct DecodedField {
@@ -25,6 +27,18 @@ struct DecodedFrame {
     std::size_t bodyLength = 0;
     std::string trouble;  // what is wrong with the frame or its body, empty when all is well
 };
+
+// A message to zor_main, taken from the queue or copied.
+struct TakenMessage {
+    std::timespec time{};  // wall clock
+    std::int32_t sender = 0;
+    std::vector<std::uint8_t> frame;  // what its count claims, and more where bytes behind that are not zero
+    DecodedFrame decoded;
+};
+
+// Decodes a message with `length` bytes of text, which arrives at `time`, or now.
+TakenMessage TakeApart(const SysVMessage& message, std::size_t length, const std::timespec& time);
+TakenMessage TakeApart(const SysVMessage& message, std::size_t length);
 
 // The value of the named field, empty where there is none.
 std::string FieldText(const DecodedFrame& decoded, const char* name);

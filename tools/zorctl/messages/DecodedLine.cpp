@@ -1,11 +1,6 @@
 #include "tools/zorctl/messages/DecodedLine.h"
 
-#include <cjson/cJSON.h>
-
 #include <cstdio>
-#include <memory>
-
-#include "tools/zorctl/text/PlainText.h"
 
 namespace {
 
@@ -15,23 +10,11 @@ std::string CodeText(std::uint16_t code) {
     return text;
 }
 
-cJSON* JsonValue(const DecodedField& field) {
-    // Numbers go in as text: 64-bit values would lose digits on the way through a double.
-    return field.number ? cJSON_CreateRaw(field.value.c_str()) : cJSON_CreateString(field.value.c_str());
-}
-
-void AddFields(cJSON* object, const std::vector<DecodedField>& fields) {
+Json FieldsAsJson(const std::vector<DecodedField>& fields) {
+    Json json = Json::object();
     for (const DecodedField& field : fields)
-        cJSON_AddItemToObject(object, field.name.c_str(), JsonValue(field));
-}
-
-void AddEntries(cJSON* object, const DecodedFrame& decoded) {
-    cJSON* entries = cJSON_AddArrayToObject(object, "entries");
-    for (const auto& fields : decoded.entries) {
-        cJSON* entry = cJSON_CreateObject();
-        AddFields(entry, fields);
-        cJSON_AddItemToArray(entries, entry);
-    }
+        json[field.name] = field.number ? JsonNumber(field.value) : Json(field.value);
+    return json;
 }
 
 // The entries without the names of their fields, which every line would repeat.
@@ -71,21 +54,20 @@ std::string UntimedLine(const DecodedFrame& decoded) {
     return line;
 }
 
-std::string JsonLine(const LineHead& head, const DecodedFrame& decoded) {
-    const std::unique_ptr<cJSON, void (*)(cJSON*)> owner(cJSON_CreateObject(), cJSON_Delete);
-    cJSON* object = owner.get();
-    if (!head.time.empty()) cJSON_AddStringToObject(object, "time", head.time.c_str());
-    if (decoded.message != nullptr) cJSON_AddStringToObject(object, "message", decoded.message->name);
-    cJSON_AddNumberToObject(object, "code", decoded.code);
-    if (head.sender) cJSON_AddNumberToObject(object, "sender", *head.sender);
-    if (!head.frame.empty()) cJSON_AddStringToObject(object, "frame", head.frame.c_str());
-    if (!decoded.fields.empty()) AddFields(cJSON_AddObjectToObject(object, "fields"), decoded.fields);
-    if (decoded.isList) AddEntries(object, decoded);
-    if (!decoded.document.empty())
-        cJSON_AddItemToObject(object, "document", cJSON_Parse(decoded.document.c_str()));
-    if (decoded.fields.empty() && decoded.document.empty())
-        cJSON_AddStringToObject(object, "body", decoded.undecoded.c_str());
-    if (!decoded.trouble.empty()) cJSON_AddStringToObject(object, "trouble", decoded.trouble.c_str());
-    const std::unique_ptr<char, void (*)(void*)> text(cJSON_PrintUnformatted(object), cJSON_free);
-    return text != nullptr ? text.get() : "";
+Json AsJson(const LineHead& head, const DecodedFrame& decoded) {
+    Json json = Json::object();
+    if (!head.time.empty()) json["time"] = head.time;
+    if (decoded.message != nullptr) json["message"] = decoded.message->name;
+    json["code"] = decoded.code;
+    if (head.sender) json["sender"] = *head.sender;
+    if (!head.frame.empty()) json["frame"] = head.frame;
+    if (!decoded.fields.empty()) json["fields"] = FieldsAsJson(decoded.fields);
+    if (decoded.isList) {
+        json["entries"] = Json::array();
+        for (const auto& fields : decoded.entries) json["entries"].push_back(FieldsAsJson(fields));
+    }
+    if (!decoded.document.empty()) json["document"] = ParseJson(decoded.document);
+    if (decoded.fields.empty() && decoded.document.empty()) json["body"] = decoded.undecoded;
+    if (!decoded.trouble.empty()) json["trouble"] = decoded.trouble;
+    return json;
 }

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "tools/zorctl/messages/Decode.h"
+#include "tools/zorctl/text/Json.h"
 
 inline constexpr char kClockFormat[] = "%H:%M:%S";
 inline constexpr char kDateFormat[] = "%Y-%m-%dT%H:%M:%S";
@@ -30,4 +31,4 @@ std::string UntimedLine(const DecodedFrame& decoded);
 
 // The same as one JSON object: time, message, code, sender, then frame, fields, entries, document, body
 // and trouble, as far as there are such.
-std::string JsonLine(const LineHead& head, const DecodedFrame& decoded);
+Json AsJson(const LineHead& head, const DecodedFrame& decoded);

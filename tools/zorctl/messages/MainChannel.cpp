@@ -3,12 +3,19 @@
 #include <sys/msg.h>
 #include <unistd.h>
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
 
-#include "tools/zorctl/text/NumberIn.h"
+#include "tools/zorctl/text/HexText.h"
+
+namespace {
+
+std::string QueueName() {
+    return "queue " + HexKey(kQueueKey);
+}
+
+}  // namespace
 
 CDeadline DeadlineIn(double seconds) {
     if (seconds < 0) return kNever;
@@ -23,8 +30,7 @@ bool HasPassed(CDeadline deadline) {
 
 CStopSignals::CStopSignals() {
     sigemptyset(&m_signals);
-    sigaddset(&m_signals, SIGINT);
-    sigaddset(&m_signals, SIGTERM);
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) sigaddset(&m_signals, signal);
     sigprocmask(SIG_BLOCK, &m_signals, &m_before);
 }
 
@@ -32,10 +38,10 @@ CStopSignals::~CStopSignals() {
     sigprocmask(SIG_SETMASK, &m_before, nullptr);
 }
 
-bool CStopSignals::Pause() {
-    constexpr timespec kMoment{0, 10'000'000};
-    if (!m_stopped && sigtimedwait(&m_signals, nullptr, &kMoment) > 0) m_stopped = true;
-    return m_stopped;
+bool CStopSignals::Pause(long nanoseconds) {
+    const timespec moment{0, nanoseconds};
+    if (m_stoppedBy == 0) m_stoppedBy = std::max(sigtimedwait(&m_signals, nullptr, &moment), 0);
+    return m_stoppedBy != 0;
 }
 
 bool CMainChannel::Open(CDeadline deadline, CStopSignals& stop) {
@@ -43,12 +49,12 @@ bool CMainChannel::Open(CDeadline deadline, CStopSignals& stop) {
     while ((m_queue = msgget(kQueueKey, 0)) < 0) {
         const int error = errno;
         if (error == ENOENT && HasPassed(notice)) {
-            Complain("waiting for queue 0x%X", static_cast<unsigned>(kQueueKey));
+            Complain("waiting for " + QueueName());
             notice = kNever;
         }
         if (error == ENOENT && !HasPassed(deadline) && !stop.Pause()) continue;
-        Complain("queue 0x%X: %s", static_cast<unsigned>(kQueueKey),
-                 error == ENOENT ? "not there; is zor_runtime running?" : std::strerror(error));
+        Complain(QueueName() + ": " +
+                 (error == ENOENT ? "not there; is zor_runtime running?" : std::strerror(error)));
         return false;
     }
     return true;
@@ -69,8 +75,8 @@ int CMainChannel::Peek(SysVMessage& message, std::size_t& length) {
 }
 
 int CMainChannel::Failed(int error) const {
-    Complain("queue 0x%X: %s", static_cast<unsigned>(kQueueKey),
-             error == ENOSYS ? "this kernel cannot copy messages (MSG_COPY)" : std::strerror(error));
+    Complain(QueueName() + ": " +
+             (error == ENOSYS ? "this kernel cannot copy messages (MSG_COPY)" : std::strerror(error)));
     return -1;
 }
 
@@ -84,7 +90,7 @@ bool CMainChannel::Send(const SysVMessage& message, std::size_t length, CDeadlin
         const int error = errno;
         const bool full = error == EAGAIN || error == EINTR;
         if (full && !HasPassed(deadline) && !stop.Pause()) continue;
-        Complain("queue 0x%X: %s", static_cast<unsigned>(kQueueKey), full ? "full" : std::strerror(error));
+        Complain(QueueName() + ": " + (full ? "full" : std::strerror(error)));
         return false;
     }
     return true;
@@ -99,14 +105,14 @@ SysVMessage MessageWith(const std::uint8_t* frame, std::size_t length) {
     return message;
 }
 
-EExit SendCommand(const Frame& frame, double wait) {
+EExit SendCommand(const SysVMessage& message, std::size_t length, double wait) {
     CStopSignals stop;
     const CDeadline deadline = DeadlineIn(wait);
     CMainChannel channel;
-    const bool sent = channel.Open(deadline, stop) && channel.Send(frame, deadline, stop);
+    const bool sent = channel.Open(deadline, stop) && channel.Send(message, length, deadline, stop);
     return sent ? EExit::Done : EExit::Failed;
 }
 
-void AddSeconds(CLI::App& command, const char* name, double& seconds, const char* help) {
-    command.add_option(name, seconds, help)->capture_default_str()->check(NumberIn(0.0, 1e9));
+EExit SendCommand(const Frame& frame, double wait) {
+    return SendCommand(MessageWith(frame.bytes.data(), frame.length), kMessageTextSize, wait);
 }

@@ -6,8 +6,8 @@
 #include <cstddef>
 
 #include "ipc/Frame.h"
-#include "tools/zorctl/commands/Commands.h"
 #include "tools/zorctl/messages/QueueCopy.h"
+#include "tools/zorctl/text/Output.h"
 
 // A point in time to wait until.
 using CDeadline = std::chrono::steady_clock::time_point;
@@ -16,8 +16,8 @@ inline constexpr CDeadline kNever = CDeadline::max();
 CDeadline DeadlineIn(double seconds);
 bool HasPassed(CDeadline deadline);
 
-// While it lives, Ctrl-C and SIGTERM do not kill the process but end its waits, so that it can leave in
-// order.
+// While it lives, Ctrl-C, SIGTERM and SIGHUP do not kill the process but end its waits, so that it can leave
+// in order.
 class CStopSignals {
   public:
     CStopSignals();
@@ -25,13 +25,15 @@ class CStopSignals {
     CStopSignals(const CStopSignals&) = delete;
     CStopSignals& operator=(const CStopSignals&) = delete;
 
-    // Waits a moment (10 ms). True when a signal asked to stop, now or earlier.
-    bool Pause();
+    // Waits a moment. True when a signal asked to stop, now or earlier.
+    bool Pause(long nanoseconds = 10'000'000);
+    // Whether it was that there is no terminal any more.
+    bool HungUp() const { return m_stoppedBy == SIGHUP; }
 
   private:
     sigset_t m_signals{};
     sigset_t m_before{};
-    bool m_stopped = false;
+    int m_stoppedBy = 0;  // signal
 };
 
 // The queue belongs to zor_runtime: it is used here when it is there, and never created or removed.
@@ -64,7 +66,7 @@ class CMainChannel {
 // `frame`, at most kFrameCapacity bytes, in a message from this process as zor_main sends it.
 SysVMessage MessageWith(const std::uint8_t* frame, std::size_t length);
 
-// Sends one command as zor_main, waiting up to `wait` seconds for the queue and for room in it.
+// Sends one command as zor_main, waiting up to `wait` seconds for the queue and for room in it; or any
+// message with `length` bytes of text.
 EExit SendCommand(const Frame& frame, double wait);
-// An option for a time in seconds, 0 or more.
-void AddSeconds(CLI::App& command, const char* name, double& seconds, const char* help);
+EExit SendCommand(const SysVMessage& message, std::size_t length, double wait);

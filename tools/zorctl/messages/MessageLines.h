@@ -4,12 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "tools/zorctl/messages/TakenMessage.h"
-#include "tools/zorctl/text/Output.h"
-
-namespace CLI {
-class App;
-}
+#include "tools/zorctl/messages/Decode.h"
 
 enum class ETimes {
     Clock,  // local time of day
@@ -24,17 +19,12 @@ struct LineForm {
     ETimes times = ETimes::Clock;
 };
 
-// Adds the options --json, --hex and --time, which fill `form`.
-void AddLineForm(CLI::App& command, LineForm& form);
-
 class CMessageLines {
   public:
     explicit CMessageLines(const LineForm& form) : m_form(form) {}
 
-    // The line of `taken`, which follows the one of the last call; no line break at the end.
-    std::string Next(const TakenMessage& taken);
-
-    // Prints that line. False when standard output takes no more, which RunZorctl reports.
+    // Prints the line of `taken`, which follows the one of the last call. False when standard output takes no
+    // more.
     bool Print(const TakenMessage& taken);
 
   private:

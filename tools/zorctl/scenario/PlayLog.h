@@ -4,12 +4,13 @@
 #include <ctime>
 #include <string>
 
-#include "tools/zorctl/messages/TakenMessage.h"
+#include "tools/zorctl/messages/Decode.h"
 #include "tools/zorctl/scenario/PlayWatch.h"
 #include "tools/zorctl/scenario/Scenario.h"
 #include "tools/zorctl/station/EventReader.h"
+#include "tools/zorctl/text/Json.h"
 
-enum class EPlayOutput : std::uint8_t { All, Results, Json };
+enum class EPlayOutput : std::uint8_t { All, Results, ForPrograms };
 
 class CPlayLog {
   public:
@@ -28,6 +29,7 @@ class CPlayLog {
 
   private:
     void Print(const std::string& line);
+    void Print(const Json& json);
 
     EPlayOutput m_output;
     bool m_works = true;

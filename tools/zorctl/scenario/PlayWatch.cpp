@@ -1,12 +1,10 @@
 #include "tools/zorctl/scenario/PlayWatch.h"
 
-#include <cjson/cJSON.h>
-
 #include <algorithm>
-#include <memory>
 
 #include "tools/zorctl/messages/DecodedLine.h"
 #include "tools/zorctl/scenario/ScenarioWords.h"
+#include "tools/zorctl/text/Json.h"
 
 namespace {
 
@@ -26,22 +24,17 @@ const DecodedField* Find(const std::vector<DecodedField>& fields, const std::str
 // The members of a JSON body, as fields. The port comes with the fields of the frame.
 std::vector<DecodedField> Members(const std::string& document) {
     std::vector<DecodedField> members;
-    const std::unique_ptr<cJSON, void (*)(cJSON*)> object(cJSON_Parse(document.c_str()), cJSON_Delete);
-    const cJSON* member = nullptr;
-    cJSON_ArrayForEach(member, object.get()) {
-        if (cJSON_IsString(member)) {
-            members.push_back({member->string, member->valuestring, false});
-            continue;
-        }
-        const std::unique_ptr<char, void (*)(void*)> text(cJSON_PrintUnformatted(member), cJSON_free);
-        members.push_back({member->string, text != nullptr ? text.get() : "", true});
-    }
+    const Json object = ParseJson(document);
+    for (const auto& [name, value] : object.items())
+        members.push_back(
+            {name, value.is_string() ? value.get<std::string>() : JsonText(value), !value.is_string()});
     return members;
 }
 
 // What stands for the whole message: its own fields, and its document's.
 std::vector<DecodedField> HeadOf(const DecodedFrame& decoded) {
     std::vector<DecodedField> head = decoded.fields;
+    if (decoded.document.empty()) return head;
     const std::vector<DecodedField> members = Members(decoded.document);
     head.insert(head.end(), members.begin(), members.end());
     return head;

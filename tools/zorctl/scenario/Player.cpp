@@ -150,11 +150,7 @@ std::string CPlayer::Perform(const Action& action, const PlayMoment& now) {
     return std::visit(
         Cases{[this](const LiveWrites& writes) -> std::string {
                   for (const LiveWrite& write : writes) {
-                      // Whoever sets a value by hand ends its ramp.
-                      const auto moves = [&write](const RunningRamp& ramp) {
-                          return ramp.ramp->target == write.target;
-                      };
-                      m_ramps.erase(std::remove_if(m_ramps.begin(), m_ramps.end(), moves), m_ramps.end());
+                      if (!write.area) EndRamp(write.target);
                       if (!Write(write)) return kNoSuchEntry;
                   }
                   return "";
@@ -171,9 +167,14 @@ std::string CPlayer::Perform(const Action& action, const PlayMoment& now) {
         action);
 }
 
-std::string CPlayer::StartRamp(const Ramp& ramp, PlayTime now) {
-    const auto moves = [&ramp](const RunningRamp& running) { return running.ramp->target == ramp.target; };
+// Whoever sets a value by hand ends its ramp.
+void CPlayer::EndRamp(const LiveTarget& target) {
+    const auto moves = [&target](const RunningRamp& running) { return running.ramp->target == target; };
     m_ramps.erase(std::remove_if(m_ramps.begin(), m_ramps.end(), moves), m_ramps.end());
+}
+
+std::string CPlayer::StartRamp(const Ramp& ramp, PlayTime now) {
+    EndRamp(ramp.target);
     if (!Write({ramp.target, ramp.from})) return kNoSuchEntry;
     m_ramps.push_back({&ramp, now, ramp.from});
     return "";
@@ -184,30 +185,7 @@ std::string CPlayer::Send(const Frame& frame) {
 }
 
 bool CPlayer::Write(const LiveWrite& write) {
-    CBenchShm& live = m_ground.live;
-    const int index = write.target.index;
-    const auto state = static_cast<std::uint8_t>(write.value);
-    switch (write.target.place) {
-        case ELivePlace::Yx:
-            return live.SetState(ELiveTable::Yx, index, state);
-        case ELivePlace::Yx2:
-            return live.SetState(ELiveTable::Yx2, index, state);
-        case ELivePlace::Yc:
-            return live.SetYc(index, {static_cast<std::uint32_t>(write.value), std::nullopt, std::nullopt});
-        case ELivePlace::YcArea: {
-            LiveArea area{};
-            std::memcpy(area.data(), write.bytes.data(), std::min(write.bytes.size(), area.size()));
-            return live.SetYc(index, {std::nullopt, std::nullopt, area});
-        }
-        case ELivePlace::Dd:
-            return live.SetDd(index, write.value);
-        case ELivePlace::Gun:
-            return live.SetGun(index, state);
-        case ELivePlace::Equipment: {
-            std::array<std::uint8_t, kEquipmentSize> number{};
-            std::memcpy(number.data(), write.bytes.data(), std::min(write.bytes.size(), number.size()));
-            return live.SetEquipment(number);
-        }
-    }
-    return false;
+    const LiveTarget& target = write.target;
+    return write.area ? m_ground.live.SetArea(target.index, *write.area)
+                      : m_ground.live.Set(target.table, target.index, write.value);
 }

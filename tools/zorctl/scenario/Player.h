@@ -57,6 +57,7 @@ class CPlayer {
     void Play(const ScenarioLine& line, const PlayMoment& now);
     bool Write(const LiveWrite& write);
     std::string Perform(const Action& action, const PlayMoment& now);
+    void EndRamp(const LiveTarget& target);
     std::string StartRamp(const Ramp& ramp, PlayTime now);
     std::string Send(const Frame& frame);
     bool IsOver() const;

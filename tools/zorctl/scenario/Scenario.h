@@ -8,25 +8,23 @@
 #include <variant>
 #include <vector>
 
-#include "tools/zorctl/messages/HistoryFrames.h"
-#include "tools/zorctl/messages/SettingsFrame.h"
+#include "tools/zorctl/live/BenchShm.h"
+#include "tools/zorctl/messages/CommandFrames.h"
 
 using PlayTime = std::chrono::microseconds;
 
-enum class ELivePlace : std::uint8_t { Yx, Yx2, Yc, YcArea, Dd, Gun, Equipment };
-
-// One live value; `index` is the port for a gun state, and the port's own place where the line named a port.
+// One live value; the index is the port's own place where the line named a port.
 struct LiveTarget {
-    ELivePlace place;
+    ELiveTable table;
     int index;
 
-    bool operator==(const LiveTarget& other) const { return place == other.place && index == other.index; }
+    bool operator==(const LiveTarget& other) const { return table == other.table && index == other.index; }
 };
 
 struct LiveWrite {
     LiveTarget target;
     std::uint64_t value = 0;
-    std::string bytes{};  // of an area or the equipment number
+    std::optional<LiveArea> area{};  // the free-form bytes of a telemetry entry, in place of its value
 };
 using LiveWrites = std::vector<LiveWrite>;
 

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 
+#include "System/Numbers.h"
 #include "history/ChargingRecord.h"
 #include "points/LiveEntry.h"
 #include "points/PortNumbering.h"
@@ -15,6 +17,7 @@ namespace {
 
 constexpr int kLastIndex = 0xFFFF;
 constexpr std::int64_t kLastCounter = INT64_MAX;
+constexpr int kGun = -1;
 
 int TakePort(CWords& words) {
     return static_cast<int>(words.Number("a port", 0, kMaxPorts));
@@ -28,49 +31,55 @@ int TakeIndex(CWords& words) {
 void TakeOptionalPort(CWords& words, LiveTarget& target) {
     if (!words.TakeIf("port")) return;
     const int port = TakePort(words);
-    target.index += target.place == ELivePlace::Dd ? CounterBase(port) : PortBase(port);
+    target.index += target.table == ELiveTable::Dd ? CounterBase(port) : PortBase(port);
 }
 
-LiveWrite Signal(int port, int point, bool on) {
-    return {{ELivePlace::Yx, PortBase(port) + point}, on ? std::uint64_t{1} : 0};
+LiveTarget Signal(int port, int point) {
+    return {ELiveTable::Yx, PortBase(port) + point};
 }
 
-LiveWrite Gun(int port, std::uint64_t state) {
-    return {{ELivePlace::Gun, port}, state};
+// What the acquisition side writes when this happens at a port, in its order: signals, or the state of the
+// gun.
+struct PortEvent {
+    struct Write {
+        int signal;  // kGun for the gun
+        std::uint8_t state;
+    };
+    const char* word;
+    std::vector<Write> writes;
+};
+
+const std::vector<PortEvent>& PortEvents() {
+    static const std::vector<PortEvent> kEvents = {
+        {"plug", {{kSignalGunInHolder, 0}, {kSignalGunConnected, 1}, {kGun, kGunPlugged}}},
+        {"unplug", {{kGun, kGunIdle}, {kSignalGunConnected, 0}, {kSignalGunInHolder, 1}}},
+        {"lock", {{kSignalGunLocked, 1}}},
+        {"unlock", {{kSignalGunLocked, 0}}},
+        {"charge", {{kGun, kGunCharging}, {kSignalCharging, 1}}},
+        {"stop", {{kSignalCharging, 0}, {kGun, kGunFinished}}},
+        {"fault", {{kSignalPortFault, 1}}},
+        {"clear", {{kSignalPortFault, 0}}},
+    };
+    return kEvents;
 }
 
-// What the acquisition side writes when this happens at a port, in its order.
 Action ParsePort(CWords& words) {
     const int port = TakePort(words);
-    const auto signal = [port](int point, bool on) { return Signal(port, point, on); };
-    enum { kPlug, kUnplug, kLock, kUnlock, kCharge, kStop, kFault, kClear, kGun };
-    switch (words.Choice("what happens",
-                         {"plug", "unplug", "lock", "unlock", "charge", "stop", "fault", "clear", "gun"})) {
-        case kPlug:
-            return LiveWrites{signal(kSignalGunInHolder, false), signal(kSignalGunConnected, true),
-                              Gun(port, kGunPlugged)};
-        case kUnplug:
-            return LiveWrites{Gun(port, kGunIdle), signal(kSignalGunConnected, false),
-                              signal(kSignalGunInHolder, true)};
-        case kLock:
-            return LiveWrites{signal(kSignalGunLocked, true)};
-        case kUnlock:
-            return LiveWrites{signal(kSignalGunLocked, false)};
-        case kCharge:
-            return LiveWrites{Gun(port, kGunCharging), signal(kSignalCharging, true)};
-        case kStop:
-            return LiveWrites{signal(kSignalCharging, false), Gun(port, kGunFinished)};
-        case kFault:
-            return LiveWrites{signal(kSignalPortFault, true)};
-        case kClear:
-            return LiveWrites{signal(kSignalPortFault, false)};
-        default:
-            return LiveWrites{Gun(port, static_cast<std::uint64_t>(words.Number("a gun state", 0, 255)))};
-    }
+    std::vector<const char*> choices;
+    for (const PortEvent& event : PortEvents()) choices.push_back(event.word);
+    choices.push_back("gun");
+    const std::size_t choice = words.Choice("what happens", choices);
+    const LiveTarget gun{ELiveTable::Gun, port};
+    if (choice == PortEvents().size())
+        return LiveWrites{{gun, static_cast<std::uint64_t>(words.Number("a gun state", 0, 255))}};
+    LiveWrites writes;
+    for (const PortEvent::Write& write : PortEvents()[choice].writes)
+        writes.push_back({write.signal == kGun ? gun : Signal(port, write.signal), write.state});
+    return writes;
 }
 
 Action ParseEmergency(CWords& words) {
-    return LiveWrites{Signal(0, kSignalEmergencyStop, words.Choice("a state", {"off", "on"}) == 1)};
+    return LiveWrites{{Signal(0, kSignalEmergencyStop), words.Choice("a state", {"off", "on"})}};
 }
 
 std::uint64_t TakeState(CWords& words) {
@@ -79,49 +88,49 @@ std::uint64_t TakeState(CWords& words) {
     return static_cast<std::uint64_t>(words.Number("on, off or a state", 0, 255));
 }
 
-Action ParseSignal(CWords& words, ELivePlace place) {
-    LiveWrite write{{place, TakeIndex(words)}, TakeState(words)};
+Action ParseSignal(CWords& words, ELiveTable table) {
+    LiveWrite write{{table, TakeIndex(words)}, TakeState(words)};
     TakeOptionalPort(words, write.target);
     return LiveWrites{write};
 }
 Action ParseYx(CWords& words) {
-    return ParseSignal(words, ELivePlace::Yx);
+    return ParseSignal(words, ELiveTable::Yx);
 }
 Action ParseYx2(CWords& words) {
-    return ParseSignal(words, ELivePlace::Yx2);
+    return ParseSignal(words, ELiveTable::Yx2);
 }
 
 // A raw value; a negative one wraps to the width of the entry.
-std::uint64_t TakeValue(CWords& words, ELivePlace place) {
-    if (place == ELivePlace::Dd) return static_cast<std::uint64_t>(words.Number("a value", 0, kLastCounter));
+std::uint64_t TakeValue(CWords& words, ELiveTable table) {
+    if (table == ELiveTable::Dd) return static_cast<std::uint64_t>(words.Number("a value", 0, kLastCounter));
     return static_cast<std::uint32_t>(words.Number("a value", INT32_MIN, UINT32_MAX));
 }
 
 Action ParseYc(CWords& words) {
-    LiveWrite write{{ELivePlace::Yc, TakeIndex(words)}};
+    LiveWrite write{{ELiveTable::Yc, TakeIndex(words)}};
     if (words.TakeIf("text")) {
-        write.target.place = ELivePlace::YcArea;
-        write.bytes = words.Text("a text");
-        if (write.bytes.size() > kEntryAreaSize)
+        const std::string text = words.Text("a text");
+        if (text.size() > kEntryAreaSize)
             words.FaultInLast("the area holds " + std::to_string(kEntryAreaSize) + " bytes at the most");
+        text.copy(reinterpret_cast<char*>(write.area.emplace().data()), kEntryAreaSize);
     } else {
-        write.value = TakeValue(words, ELivePlace::Yc);
+        write.value = TakeValue(words, ELiveTable::Yc);
     }
     TakeOptionalPort(words, write.target);
     return LiveWrites{write};
 }
 
 Action ParseDd(CWords& words) {
-    LiveWrite write{{ELivePlace::Dd, TakeIndex(words)}, TakeValue(words, ELivePlace::Dd)};
+    LiveWrite write{{ELiveTable::Dd, TakeIndex(words)}, TakeValue(words, ELiveTable::Dd)};
     TakeOptionalPort(words, write.target);
     return LiveWrites{write};
 }
 
 Action ParseRamp(CWords& words) {
     Ramp ramp{};
-    ramp.target.place = words.Choice("a table", {"yc", "dd"}) == 0 ? ELivePlace::Yc : ELivePlace::Dd;
+    ramp.target.table = words.Choice("a table", {"yc", "dd"}) == 0 ? ELiveTable::Yc : ELiveTable::Dd;
     ramp.target.index = TakeIndex(words);
-    const std::int64_t most = ramp.target.place == ELivePlace::Yc ? UINT32_MAX : kLastCounter;
+    const std::int64_t most = ramp.target.table == ELiveTable::Yc ? UINT32_MAX : kLastCounter;
     words.Take("from");
     ramp.from = static_cast<std::uint64_t>(words.Number("a value", 0, most));
     words.Take("to");
@@ -136,7 +145,8 @@ Action ParseEquipment(CWords& words) {
     std::vector<std::uint8_t> bytes;
     if (!ParseHex(words.Text("an equipment number"), bytes) || bytes.size() != kEquipmentSize)
         words.FaultInLast("expected 16 hexadecimal digits");
-    return LiveWrites{{{ELivePlace::Equipment, 0}, 0, std::string(bytes.begin(), bytes.end())}};
+    bytes.resize(kEquipmentSize);
+    return LiveWrites{{{ELiveTable::Equipment, 0}, GetLe(bytes.data(), bytes.size())}};
 }
 
 // A duration as the settings command carries it, in whole units.
@@ -150,21 +160,14 @@ std::uint16_t TakeInterval(CWords& words, PlayTime unit, const char* inWords) {
 
 Action ParseSettings(CWords& words) {
     ReportSettings settings;
+    std::uint16_t* const seconds[] = {&settings.work, &settings.idle, &settings.snapshot};
     settings.on = words.Choice("a state", {"off", "on"}) == 1;
     while (settings.on && !words.AtEnd() && words.Trouble().empty()) {
-        switch (words.Choice("an interval", {"work", "idle", "snapshot", "long"})) {
-            case 0:
-                settings.work = TakeInterval(words, std::chrono::seconds{1}, "seconds");
-                break;
-            case 1:
-                settings.idle = TakeInterval(words, std::chrono::seconds{1}, "seconds");
-                break;
-            case 2:
-                settings.snapshot = TakeInterval(words, std::chrono::seconds{1}, "seconds");
-                break;
-            default:
-                settings.longInterval = TakeInterval(words, std::chrono::minutes{1}, "minutes");
-        }
+        const std::size_t interval = words.Choice("an interval", {"work", "idle", "snapshot", "long"});
+        if (interval < std::size(seconds))
+            *seconds[interval] = TakeInterval(words, std::chrono::seconds{1}, "seconds");
+        else
+            settings.longInterval = TakeInterval(words, std::chrono::minutes{1}, "minutes");
     }
     return settings;
 }

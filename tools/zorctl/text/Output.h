@@ -4,6 +4,8 @@
 
 #include <string>
 
+#include "tools/zorctl/text/PlainText.h"
+
 // What the process ends with.
 enum class EExit : int {
     Done = 0,
@@ -15,12 +17,10 @@ enum class EExit : int {
 // standard output takes no more, which RunZorctl reports.
 bool PrintLine(const std::string& line);
 
-// Prints lines for programs as they are; what a terminal could take for a command is escaped where standard
-// output is one, in JSON as JSON does.
-bool PrintCsv(const std::string& lines);
-bool PrintJson(const std::string& line);
+// Prints lines for programs as they are; where standard output is a terminal, `how` says what of them is
+// escaped.
+bool PrintData(const std::string& lines, EEscape how);
 
-// Prints "zorctl: " and the text, printable, as one line on standard error; returns EExit::Failed for the
+// Prints "zorctl: " and `text`, printable, as one line on standard error; returns EExit::Failed for the
 // caller to pass on.
 EExit Complain(const std::string& text);
-EExit Complain(const char* format, ...) __attribute__((format(printf, 1, 2)));

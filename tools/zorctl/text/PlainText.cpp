@@ -44,7 +44,7 @@ std::string JsonEscaped(const std::string& character) {
 }
 
 std::string Escaped(const std::string& character, EEscape how) {
-    if (how == EEscape::BytesInLines && character == "\n") return character;
+    if (how != EEscape::Line && character == "\n") return character;
     return how == EEscape::Json ? JsonEscaped(character) : BytesEscaped(character);
 }
 
@@ -58,12 +58,6 @@ bool IsFitForTerminal(char32_t character) {
 
 bool IsUtf8(const std::string& text) {
     return utf8::is_valid(text.begin(), text.end());
-}
-
-std::string AsUtf8(const std::string& text) {
-    std::string out;
-    utf8::replace_invalid(text.begin(), text.end(), std::back_inserter(out));
-    return out;
 }
 
 std::string Printable(const std::string& text, EEscape how) {

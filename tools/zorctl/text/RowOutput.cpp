@@ -1,21 +1,16 @@
 #include "tools/zorctl/text/RowOutput.h"
 
-#include <cjson/cJSON.h>
-
 #include <algorithm>
-#include <memory>
 #include <sstream>
 
 #include "tools/zorctl/text/Csv.h"
-#include "tools/zorctl/text/Output.h"
+#include "tools/zorctl/text/Json.h"
 #include "tools/zorctl/text/PlainText.h"
 
 namespace {
 
-constexpr std::size_t kMostDigits = 19;
-
 std::string Shown(const std::optional<std::string>& cell) {
-    return Printable(AsUtf8(cell.value_or("")));
+    return Printable(cell.value_or(""));
 }
 
 // Places of the columns that `shown` names; one that the rows do not have is left out.
@@ -44,21 +39,6 @@ std::string AlignedLine(const std::vector<std::string>& cells, const std::vector
     return line;
 }
 
-// As JSON writes a whole number.
-bool IsJsonNumber(const std::string& text) {
-    const std::size_t sign = text[0] == '-' ? 1 : 0;
-    const std::size_t digits = text.size() - sign;
-    return digits > 0 && digits <= kMostDigits && (digits == 1 || text[sign] != '0') &&
-           text.find_first_not_of("0123456789", sign) == std::string::npos;
-}
-
-cJSON* JsonCell(const std::optional<std::string>& cell, bool number) {
-    if (!cell) return cJSON_CreateNull();
-    // As text: 64-bit values would lose digits on the way through a double.
-    return number && IsJsonNumber(*cell) ? cJSON_CreateRaw(cell->c_str())
-                                         : cJSON_CreateString(AsUtf8(*cell).c_str());
-}
-
 }  // namespace
 
 void PrintAligned(const Rows& rows, const std::string& shown) {
@@ -81,7 +61,7 @@ void PrintAligned(const Rows& rows, const std::string& shown) {
         if (!PrintLine(AlignedLine(line, widths, right))) return;
 }
 
-std::string CsvLines(const Rows& rows) {
+void PrintCsv(const Rows& rows) {
     std::string text;
     for (std::size_t i = 0; i < rows.names.size(); ++i) AppendCsvField(text, rows.names[i], i == 0);
     text += '\n';
@@ -89,15 +69,17 @@ std::string CsvLines(const Rows& rows) {
         for (std::size_t i = 0; i < row.size(); ++i) AppendCsvField(text, row[i].value_or(""), i == 0);
         text += '\n';
     }
-    return text;
+    PrintData(text, EEscape::Lines);
 }
 
-void PrintJsonLines(const Rows& rows) {
+void PrintJson(const Rows& rows) {
     for (const RowCells& row : rows.rows) {
-        const std::unique_ptr<cJSON, void (*)(cJSON*)> object(cJSON_CreateObject(), cJSON_Delete);
-        for (std::size_t i = 0; i < row.size(); ++i)
-            cJSON_AddItemToObject(object.get(), rows.names[i].c_str(), JsonCell(row[i], rows.numbers[i]));
-        const std::unique_ptr<char, void (*)(void*)> line(cJSON_PrintUnformatted(object.get()), cJSON_free);
-        if (line == nullptr || !PrintJson(line.get())) return;
+        Json json = Json::object();
+        for (std::size_t i = 0; i < row.size(); ++i) {
+            const Json number = rows.numbers[i] && row[i] ? JsonNumber(*row[i]) : Json();
+            Json& cell = json[rows.names[i]];
+            if (row[i]) cell = number.is_number_integer() ? number : Json(*row[i]);
+        }
+        if (!PrintJson(json)) return;
     }
 }

@@ -16,7 +16,7 @@ struct Rows {
 // Prints columns side by side below their names, those of `shown` (names with blanks between) in that order;
 // numbers stand at the right.
 void PrintAligned(const Rows& rows, const std::string& shown);
-// All columns, the names first.
-std::string CsvLines(const Rows& rows);
+// Prints all columns, the names first.
+void PrintCsv(const Rows& rows);
 // Prints all columns, one object per line.
-void PrintJsonLines(const Rows& rows);
+void PrintJson(const Rows& rows);

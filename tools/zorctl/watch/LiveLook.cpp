@@ -141,7 +141,7 @@ std::string CLiveLook::FollowSegment() {
 
 void CLiveLook::RefreshTelemetry() {
     if (!m_live) return;
-    for (YcPointRecord& point : m_telemetry) point.currentRaw = m_live->CShmCTRL::Yc(point.pointNumber).raw;
+    for (YcPointRecord& point : m_telemetry) point.currentRaw = m_live->Yc(point.pointNumber).raw;
 }
 
 bool CLiveLook::HasPoint(int number) const {
@@ -182,11 +182,11 @@ PortPicture CLiveLook::LookAtPort(int port, CMoment now) {
 PointPicture CLiveLook::LookAtPoint(const NamedPoint& point, CMoment now) {
     std::string text = kNoValue;
     if (m_live && point.table == ELiveTable::Yc) {
-        if (const auto yc = m_live->Yc(point.index)) text = yc->Text();
+        if (const auto yc = m_live->GetYc(point.index)) text = yc->Text();
     } else if (m_live) {
-        if (const auto state = m_live->State(point.table, point.index)) text = std::to_string(*state);
+        if (const auto state = m_live->Get(point.table, point.index)) text = std::to_string(*state);
     }
-    const std::string key = TableName(point.table) + (' ' + std::to_string(point.index));
+    const std::string key = EntryName(point.table, point.index);
     const bool perPort = m_perPort.count({point.table, point.first}) > 0;
     return {perPort ? point.port : 0, point.name, m_changes.Note(key, text, now)};
 }

@@ -8,8 +8,8 @@
 #include "System/Sqlite.h"
 #include "events/EventDatabase.h"
 #include "reports/SignalBodies.h"
+#include "tools/zorctl/messages/Decode.h"
 #include "tools/zorctl/messages/DecodedLine.h"
-#include "tools/zorctl/messages/TakenMessage.h"
 #include "tools/zorctl/settings/StationReading.h"
 #include "tools/zorctl/station/Processes.h"
 

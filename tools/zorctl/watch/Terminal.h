@@ -1,7 +1,6 @@
-// The terminal as a full screen, and everything that can end or change it.
+// The terminal as a full screen.
 #pragma once
 
-#include <csignal>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -17,9 +16,9 @@ class CTerminal {
     CTerminal(const CTerminal&) = delete;
     CTerminal& operator=(const CTerminal&) = delete;
 
-    // Takes over the terminal of standard input and output. Returns an empty text, or why there is none. From
-    // then on Ctrl-C, SIGTERM and SIGHUP end no more than a wait, and standard error is silent where it is a
-    // terminal too.
+    // Takes over the terminal of standard input and output; standard error is silent from then on where it is
+    // a terminal too. Returns an empty text, or why there is none. Signals that end the program have to be
+    // stopped before.
     std::string Open();
 
     int Lines() const;
@@ -27,21 +26,15 @@ class CTerminal {
     void Draw(const std::vector<ScreenLine>& screen);
 
     enum class EWake : std::uint8_t {
-        Time,     // it is `until`
+        Time,     // nothing has happened
         Changed,  // the screen has another size, or is to be drawn anew
         Quit,     // by key or signal
         Lost      // there is no terminal any more
     };
-    EWake Wait(CDeadline until);
+    // Waits 5 ms, or until a signal has come.
+    static EWake Wait(CStopSignals& stop);
 
   private:
-    EWake TakeSignals();
-    EWake TakeKeys();
-    void FollowSize();
-    void TakeBack();
-
     void* m_screen = nullptr;
-    int m_signals = -1;  // descriptor
-    int m_errors = -1;   // descriptor of what was standard error
-    sigset_t m_before{};
+    int m_errors = -1;  // descriptor of what was standard error
 };

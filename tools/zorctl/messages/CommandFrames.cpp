@@ -1,4 +1,4 @@
-#include "tools/zorctl/messages/HistoryFrames.h"
+#include "tools/zorctl/messages/CommandFrames.h"
 
 #include <iterator>
 
@@ -34,6 +34,21 @@ int DaysIn(int year, int month) {
 }
 
 }  // namespace
+
+Frame BuildSettingsFrame(const ReportSettings& settings) {
+    std::uint8_t data[kSettingsFrameLength - kFrameData] = {};
+    const auto put = [&data](std::size_t frameOffset, std::uint16_t value) {
+        PutLe(data + (frameOffset - kFrameData), sizeof value, value);
+    };
+    put(kSettingsEnable, settings.on ? kEnableReporting : 0);
+    put(kSettingsA1_3, settings.work);
+    put(kSettingsA1_4, settings.idle);
+    put(kSettingsA1_5, settings.work);
+    put(kSettingsA1_6, settings.idle);
+    put(kSettingsSnapshot, settings.snapshot);
+    put(kSettingsLongInterval, settings.longInterval);
+    return BuildInboundFrame(kCommandSettings, data, sizeof data);
+}
 
 bool ParseDate(const std::string& text, BcdDate& date) {
     constexpr char kForm[] = "0000-00-00";
