@@ -35,7 +35,7 @@ double Play(const std::string& name, std::int64_t start) {
     CMainChannel channel;
     EXPECT_TRUE(channel.Open(DeadlineIn(0), stop));
     CBenchShm live;
-    CEventReader events(AppFile(kEventFile));
+    CEventReader events(kAppDirectory);
     CPlayLog log(EPlayOutput::All);
     CPlayer player(scenario, {live, channel, stop, events, log});
     const std::int64_t began = process.Micros();

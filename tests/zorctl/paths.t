@@ -1,6 +1,7 @@
-Programs of the build folder look for libraries beside themselves, and nowhere else: an empty element would be the current
-directory, whatever that is.
+Programs of the build folder look for libraries beside themselves first, and an empty element, which would be the current
+directory, is nowhere in their path.
 
-  $ for program in ${ZOR_PROGRAMS//:/ }; do readelf -d $program | grep -oE '(PATH).*'; done | tr -s ' '
-  PATH) Library runpath: [$ORIGIN]
-  PATH) Library runpath: [$ORIGIN]
+  $ for program in ${ZOR_PROGRAMS//:/ }; do readelf -d $program | sed -n 's/.*PATH.*\[\(.*\)\]/:\1:/p'; done >paths
+  $ grep -c '^:$ORIGIN:' paths; grep -F :: paths
+  2
+  [1]

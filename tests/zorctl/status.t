@@ -52,12 +52,13 @@ Whatever else may be wrong is told by lines of its own.
 A process that runs and does not serve the station: commands wait longer than it can be busy, it is stopped, or it works on
 a segment or a queue that is no longer there.
 
-  $ START=$(($(date +%s) + 5)) troubles
+  $ zorctl main settings && START=$(($(date +%s) + 5)) troubles
   $ START=$(($(date +%s) + 60)) troubles | sed 's/[0-9]* s:/N s:/'
   trouble   commands have waited for N s: nobody takes them
   $ station queue
   138|2052|PID|12 00 85 26 e8 03 b4 00 b4 00 b4 00 b4 00 3c 00 00 00 3c 00
   170|2052|PID|05 00 86 d6 00 00 01
+  138|2052|PID|12 00 85 26 e8 03 b4 00 b4 00 b4 00 b4 00 3c 00 00 00 3c 00
   $ START=$(($(date +%s) + 60)) troubles
   $ kill -STOP ${pids[0]}
   $ troubles

@@ -87,31 +87,24 @@ EExit TakeAnswers(const HistoryOptions& options, CMainChannel& channel, CDeadlin
 }
 
 EExit AskForHistory(const HistoryOptions& options) {
-    BcdDate date;
-    ParseDate(options.date, date);
     CStopSignals stop;
     const CDeadline deadline = DeadlineIn(options.seconds);
     CMainChannel channel;
     if (!channel.Open(deadline, stop)) return EExit::Failed;
-    const Frame request = BuildHistoryRequest(options.port, date, static_cast<std::uint8_t>(options.hour));
+    const Frame request = BuildHistoryRequest(options.port, DateNamed(options.date, 0),
+                                              static_cast<std::uint8_t>(options.hour));
     if (!channel.Send(request, deadline, stop)) return EExit::Failed;
     return TakeAnswers(options, channel, deadline, stop);
 }
 
 EExit Acknowledge(const AckOptions& options) {
-    BcdDate date;
-    ParseDate(options.date, date);
-    return SendCommand(BuildHistoryAck(options.port, date, options.result == "ok"), options.wait);
+    return SendCommand(BuildHistoryAck(options.port, DateNamed(options.date, 0), options.result == "ok"),
+                       options.wait);
 }
 
 std::string CheckDate(const std::string& text) {
     BcdDate date;
     return ParseDate(text, date) ? "" : "not a date such as 2023-08-30: " + text;
-}
-
-std::string DateOf(std::string text) {
-    if (text != "today" && text != "yesterday") return text;
-    return DayText(std::time(nullptr), text == "yesterday");
 }
 
 // So that 08 is an hour and no attempt at an octal number.
@@ -125,7 +118,7 @@ void AddRecordOptions(CLI::App& command, Options& options) {
     command.add_option("PORT", options.port, "Port, 0 where there is only one")->required();
     command.add_option("DATE", options.date, "Day of the record")
         ->required()
-        ->transform(DateOf, "")
+        ->transform([](const std::string& name) { return DayNamed(name, std::time(nullptr)); }, "")
         ->check(CheckDate, "YYYY-MM-DD|today|yesterday");
 }
 

@@ -39,7 +39,7 @@ EExit PlayScenario(const PlayOptions& options, const Scenario& scenario) {
     if (!channel.Open(DeadlineIn(options.wait), stop)) return EExit::Failed;
     CBenchShm live;
     if (!live.IsOpen()) return Complain(live.WhyNot(""));
-    CEventReader events(options.directory + '/' + kEventFile);
+    CEventReader events(options.directory);
     CPlayLog log(options.json    ? EPlayOutput::ForPrograms
                  : options.quiet ? EPlayOutput::Results
                                  : EPlayOutput::All);

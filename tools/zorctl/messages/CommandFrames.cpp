@@ -1,7 +1,5 @@
 #include "tools/zorctl/messages/CommandFrames.h"
 
-#include <iterator>
-
 #include "System/DateTime.h"
 #include "System/Numbers.h"
 #include "history/ChargingRecord.h"
@@ -25,14 +23,6 @@ std::uint8_t Pair(const std::string& text, std::size_t at) {
     return ToBcd(static_cast<unsigned>((text[at] - '0') * 10 + text[at + 1] - '0'));
 }
 
-// 0 for a month that no year has.
-int DaysIn(int year, int month) {
-    constexpr int kDays[] = {0, 31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
-    const bool leap = (year % 4 == 0 && year % 100 != 0) || year % 400 == 0;
-    if (month >= static_cast<int>(std::size(kDays))) return 0;
-    return month == 2 && leap ? 29 : kDays[month];
-}
-
 }  // namespace
 
 Frame BuildSettingsFrame(const ReportSettings& settings) {
@@ -51,21 +41,21 @@ Frame BuildSettingsFrame(const ReportSettings& settings) {
 }
 
 bool ParseDate(const std::string& text, BcdDate& date) {
-    constexpr char kForm[] = "0000-00-00";
-    if (text.size() != sizeof kForm - 1) return false;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const bool digit = text[i] >= '0' && text[i] <= '9';
-        if (kForm[i] == '0' ? !digit : text[i] != kForm[i]) return false;
-    }
+    std::tm day{};
+    char again[16] = "";
+    if (strptime(text.c_str(), CDateTime::kDateFormat, &day) == nullptr) return false;
+    timegm(&day);  // makes a day that its month does not have another one
+    std::strftime(again, sizeof again, CDateTime::kDateFormat, &day);
+    if (text != again) return false;
     date = {Pair(text, 0), Pair(text, 2), Pair(text, 5), Pair(text, 8)};
-    const int day = std::stoi(text.substr(8));
-    return day >= 1 && day <= DaysIn(std::stoi(text.substr(0, 4)), std::stoi(text.substr(5, 2)));
+    return true;
 }
 
-std::string DayText(std::time_t now, bool yesterday) {
+std::string DayNamed(const std::string& name, std::time_t now) {
+    if (name != "today" && name != "yesterday") return name;
     std::tm local{};
     localtime_r(&now, &local);
-    if (yesterday) {
+    if (name == "yesterday") {
         --local.tm_mday;
         local.tm_hour = 12;  // clear of the hours that summer time skips or repeats
         local.tm_isdst = -1;
@@ -73,6 +63,12 @@ std::string DayText(std::time_t now, bool yesterday) {
     }
     char text[16];
     return std::string(text, std::strftime(text, sizeof text, CDateTime::kDateFormat, &local));
+}
+
+BcdDate DateNamed(const std::string& name, std::time_t now) {
+    BcdDate date;
+    ParseDate(DayNamed(name, now), date);
+    return date;
 }
 
 Frame BuildHistoryRequest(std::uint8_t port, const BcdDate& date, std::uint8_t hour) {

@@ -30,8 +30,10 @@ struct BcdDate {
 // Reads "2023-08-30". False for any other form, and for a day that its month does not have.
 bool ParseDate(const std::string& text, BcdDate& date);
 
-// The local day of `now`, or with `yesterday` the one before, as ParseDate reads it.
-std::string DayText(std::time_t now, bool yesterday);
+// The day that `name` is, a date or else the local day of `now`, or for "yesterday" the one before, as
+// ParseDate reads it.
+std::string DayNamed(const std::string& name, std::time_t now);
+BcdDate DateNamed(const std::string& name, std::time_t now);
 
 // Asks for the record of an hour (0 to 23) of a port, or with kWholeDay for those of the day.
 Frame BuildHistoryRequest(std::uint8_t port, const BcdDate& date, std::uint8_t hour);

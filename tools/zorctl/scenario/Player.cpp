@@ -23,13 +23,6 @@ std::time_t NextAt(int secondOfDay, std::time_t now) {
     return std::mktime(&local);
 }
 
-BcdDate DateOf(const RecordDay& day, std::time_t now) {
-    if (day.kind == EDay::Given) return day.date;
-    BcdDate date;
-    ParseDate(DayText(now, day.kind == EDay::Yesterday), date);
-    return date;
-}
-
 std::uint64_t ValueOf(const Ramp& ramp, double share) {
     const auto from = static_cast<double>(ramp.from);
     const auto to = static_cast<double>(ramp.to);
@@ -86,7 +79,9 @@ void CPlayer::TakeEvents(const PlayMoment& now) {
     const bool lineDue = m_next < m_scenario.lines.size() && IsDue(m_scenario.lines[m_next], now);
     if (!lineDue && now.time < m_nextEvents) return;
     m_nextEvents = now.time + kEventInterval;
-    for (const EventRow& event : m_ground.events.Take()) {
+    std::vector<EventRow> events;
+    m_ground.events.Take(events);
+    for (const EventRow& event : events) {
         m_ground.log.Recorded(now.wall, event);
         for (CPlayWatch& watch : m_watches) watch.See(event);
     }
@@ -158,10 +153,10 @@ std::string CPlayer::Perform(const Action& action, const PlayMoment& now) {
               [this, &now](const Ramp& ramp) { return StartRamp(ramp, now.time); },
               [this](const ReportSettings& settings) { return Send(BuildSettingsFrame(settings)); },
               [this, wall](const HistoryRequest& request) {
-                  return Send(BuildHistoryRequest(request.port, DateOf(request.day, wall), request.hour));
+                  return Send(BuildHistoryRequest(request.port, DateNamed(request.day, wall), request.hour));
               },
               [this, wall](const Acknowledgement& ack) {
-                  return Send(BuildHistoryAck(ack.port, DateOf(ack.day, wall), ack.accepted));
+                  return Send(BuildHistoryAck(ack.port, DateNamed(ack.day, wall), ack.accepted));
               },
               [](const auto& /*rest*/) { return std::string(); }},
         action);

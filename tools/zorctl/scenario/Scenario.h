@@ -36,23 +36,15 @@ struct Ramp {
     PlayTime over;
 };
 
-enum class EDay : std::uint8_t { Given, Today, Yesterday };
-
-// The day of a record; other than Given it is found when the line is played.
-struct RecordDay {
-    EDay kind;
-    BcdDate date;
-};
-
 struct HistoryRequest {
     std::uint8_t port;
-    RecordDay day;
+    std::string day;  // a date, "today" or "yesterday", found when the line is played
     std::uint8_t hour;
 };
 
 struct Acknowledgement {
     std::uint8_t port;
-    RecordDay day;
+    std::string day;  // a date, "today" or "yesterday", found when the line is played
     bool accepted;
 };
 

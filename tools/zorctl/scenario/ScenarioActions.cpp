@@ -172,11 +172,10 @@ Action ParseSettings(CWords& words) {
     return settings;
 }
 
-RecordDay TakeDay(CWords& words) {
-    if (words.TakeIf("today")) return {EDay::Today, {}};
-    if (words.TakeIf("yesterday")) return {EDay::Yesterday, {}};
-    RecordDay day{EDay::Given, {}};
-    if (!ParseDate(words.Text("a day"), day.date))
+std::string TakeDay(CWords& words) {
+    const std::string day = words.Text("a day");
+    BcdDate date;
+    if (day != "today" && day != "yesterday" && !ParseDate(day, date))
         words.FaultInLast("expected a day such as 2024-03-05, today or yesterday");
     return day;
 }
@@ -193,7 +192,7 @@ Action ParseHistory(CWords& words) {
 
 Action ParseAck(CWords& words) {
     const std::uint8_t port = TakeRecordPort(words);
-    const RecordDay day = TakeDay(words);
+    const std::string day = TakeDay(words);
     return Acknowledgement{port, day, words.Choice("a result", {"reject", "ok"}) == 1};
 }
 

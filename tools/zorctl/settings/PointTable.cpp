@@ -10,7 +10,6 @@
 #include "System/Numbers.h"
 #include "events/EventText.h"
 #include "points/PointSettings.h"
-#include "tools/zorctl/settings/StationPoints.h"
 #include "tools/zorctl/text/PlainText.h"
 
 namespace {

@@ -26,6 +26,11 @@ std::string PathOf(const std::string& directory, const char* file) {
     return (std::filesystem::path(directory) / file).string();
 }
 
+bool Exists(const std::string& directory, const char* file) {
+    std::error_code error;
+    return std::filesystem::exists(PathOf(directory, file), error);
+}
+
 std::string OpenToRead(CSqliteDb& database, const std::string& directory, const char* file,
                        int busyTimeoutMs) {
     const std::string path = PathOf(directory, file);

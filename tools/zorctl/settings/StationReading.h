@@ -15,6 +15,8 @@ std::string TextOf(const CSqliteTable& table, int row, int column);
 // The path of `file` in `directory`.
 std::string PathOf(const std::string& directory, const char* file);
 
+bool Exists(const std::string& directory, const char* file);
+
 // All of these return an empty text, or what went wrong.
 
 // Statements wait `busyTimeoutMs` for a file that is locked.

@@ -1,30 +1,41 @@
 #include "tools/zorctl/station/EventReader.h"
 
+#include <algorithm>
+
+#include "System/AppFiles.h"
 #include "System/Numbers.h"
 #include "System/Sqlite.h"
 #include "events/EventDatabase.h"
+#include "tools/zorctl/settings/StationReading.h"
 
-std::vector<EventRow> CEventReader::Take() {
-    std::vector<EventRow> rows;
+std::string CEventReader::Take(std::vector<EventRow>& rows) {
+    constexpr int kPageRows = 20;
     const bool first = m_last < 0;
     CSqliteDb database;
-    if (const int opened = database.OpenForReading(m_path.c_str(), 0); opened != SQLITE_OK) {
-        if (first && opened == SQLITE_CANTOPEN)
-            m_last = 0;  // of a file that is still to be made, all rows are new
-        return rows;
+    std::string trouble = OpenToRead(database, m_directory, kEventFile, m_busyMs);
+    if (!trouble.empty()) {
+        // Of a file that is still to be made all rows are new.
+        if (first && !Exists(m_directory, kEventFile)) m_last = 0;
+        return trouble;
     }
-    CSqlText<96> since;
-    since.Format("select * from %s where id > %lld order by id", kSoeTable, static_cast<long long>(m_last));
-    const CSqliteTable table(database, first ? kSelectLastSoe : since.Text());
-    // The same for a table.
-    if (first && (table.Result() == SQLITE_ERROR || (table.Ok() && table.Rows() == 0))) m_last = 0;
-    for (int row = 0; row < table.Rows(); ++row) {
-        m_last = ParseInt64(table.Cell(row, kSoeId));
-        const char* text = table.Cell(row, kSoeEvent);
-        if (!first)
-            rows.push_back({text != nullptr ? text : "", ParseInt32(table.Cell(row, kSoeValue)),
-                            ParseInt32(table.Cell(row, kSoePoint)),
-                            ParseInt32(table.Cell(row, kSoeYxTable))});
-    }
-    return rows;
+    std::vector<EventRow> fresh;
+    std::int64_t newest = 0;
+    trouble = ReadNewestFirst(
+        database, kSoeTable,
+        [&](const CSqliteTable& page, int row) {
+            const std::int64_t id = ParseInt64(page.Cell(row, kSoeId));
+            newest = std::max(newest, id);
+            // A table whose ids begin anew was made anew.
+            if (first ? fresh.size() >= m_mostAtFirst : newest >= m_last && id <= m_last) return false;
+            fresh.push_back({TextOf(page, row, kSoeTimestamp), TextOf(page, row, kSoeEvent),
+                             ParseInt32(page.Cell(row, kSoeValue)), ParseInt32(page.Cell(row, kSoePoint)),
+                             ParseInt32(page.Cell(row, kSoeYxTable))});
+            return true;
+        },
+        kPageRows);
+    if (trouble.empty()) m_last = newest;
+    if (first && trouble.find("no such table") != std::string::npos) m_last = 0;  // the same for a table
+    // Half of what is new would tear the order.
+    if (trouble.empty()) rows.insert(rows.end(), fresh.rbegin(), fresh.rend());
+    return trouble.empty() ? "" : PathOf(m_directory, kEventFile) + ": " + trouble;
 }

@@ -1,30 +1,20 @@
 #include "tools/zorctl/text/SinceText.h"
 
+#include <string_view>
+
 #include "System/DateTime.h"
 #include "System/Numbers.h"
 
 namespace {
 
-// Seconds of a span's unit, 0 for none.
-std::int32_t UnitOf(char unit) {
-    switch (unit) {
-        case 's':
-            return 1;
-        case 'm':
-            return 60;
-        case 'h':
-            return 60 * 60;
-        case 'd':
-            return 24 * 60 * 60;
-        default:
-            return 0;
-    }
-}
+constexpr std::string_view kUnits = "smhd";
+constexpr std::int32_t kUnitSeconds[] = {1, 60, 60 * 60, 24 * 60 * 60};
 
 bool IsSpan(const std::string& text) {
     constexpr std::size_t kMostDigits = 4;  // so that even days stay within 32 bits of seconds
     const std::size_t digits = text.find_first_not_of("0123456789");
-    return digits >= 1 && digits <= kMostDigits && digits + 1 == text.size() && UnitOf(text.back()) != 0;
+    return digits >= 1 && digits <= kMostDigits && digits + 1 == text.size() &&
+           kUnits.find(text.back()) != std::string_view::npos;
 }
 
 // True for the beginning of a full date and time that holds at least the date.
@@ -42,7 +32,7 @@ bool IsDate(const std::string& text) {
 bool SinceText(const std::string& given, std::string& since) {
     if (IsSpan(given)) {
         CDateTime time = CDateTime::Now();
-        time.AddSeconds(-ParseInt32(given.c_str()) * UnitOf(given.back()));
+        time.AddSeconds(-ParseInt32(given.c_str()) * kUnitSeconds[kUnits.find(given.back())]);
         since = time.FullText();
         return true;
     }

@@ -2,18 +2,15 @@
 
 #include <algorithm>
 
-#include "System/AppFiles.h"
 #include "System/DateTime.h"
-#include "System/Numbers.h"
-#include "System/Sqlite.h"
-#include "events/EventDatabase.h"
 #include "reports/SignalBodies.h"
 #include "tools/zorctl/messages/Decode.h"
 #include "tools/zorctl/messages/DecodedLine.h"
-#include "tools/zorctl/settings/StationReading.h"
 #include "tools/zorctl/station/Processes.h"
 
 namespace {
+
+constexpr int kBusyMs = 50;  // no look takes longer for a locked event file
 
 std::string ActText(const char* what, const QueueAct& act) {
     if (act.process == 0) return std::string("none ") + what + " yet";
@@ -44,7 +41,7 @@ std::vector<Shown> CRecent::LinesAt(CMoment now) const {
 }
 
 CStationView::CStationView(const std::string& directory, bool takes, CStopSignals& stop)
-    : m_takes(takes), m_stop(stop), m_live(directory) {
+    : m_takes(takes), m_stop(stop), m_live(directory), m_eventReader(directory, CRecent::kMost, kBusyMs) {
     m_picture.directory = directory;
 }
 
@@ -69,34 +66,10 @@ void CStationView::LookForProcess(CMoment now) {
 }
 
 void CStationView::LookAtEvents(CMoment now) {
-    m_picture.events.note = ReadEvents(now);
+    std::vector<EventRow> fresh;
+    m_picture.events.note = m_eventReader.Take(fresh);
+    for (const EventRow& event : fresh) m_events.Add(event.time + ' ' + event.text, Since(now));
     m_picture.events.lines = m_events.LinesAt(now);
-}
-
-// Takes in what is new, without waiting for a writer longer than a look may take; its own lock is gone at
-// once.
-std::string CStationView::ReadEvents(CMoment now) {
-    constexpr int kBusyMs = 50;
-    constexpr int kPageRows = 20;
-    CSqliteDb database;
-    if (std::string trouble = OpenToRead(database, m_picture.directory, kEventFile, kBusyMs);
-        !trouble.empty())
-        return trouble;
-    std::vector<std::string> fresh;
-    std::int64_t newest = 0;
-    const auto take = [&](const CSqliteTable& page, int row) {
-        const std::int64_t id = ParseInt64(page.Cell(row, kSoeId));
-        newest = std::max(newest, id);
-        if (newest >= m_lastEvent && id <= m_lastEvent) return false;
-        fresh.push_back(TextOf(page, row, kSoeTimestamp) + ' ' + TextOf(page, row, kSoeEvent));
-        return fresh.size() < CRecent::kMost;
-    };
-    const std::string trouble = ReadNewestFirst(database, kSoeTable, take, kPageRows);
-    if (!trouble.empty()) return PathOf(m_picture.directory, kEventFile) + ": " + trouble;
-    if (newest < m_lastEvent) m_events.Clear();  // the table was made anew
-    m_lastEvent = newest;
-    for (auto line = fresh.rbegin(); line != fresh.rend(); ++line) m_events.Add(*line, Since(now));
-    return "";
 }
 
 void CStationView::LookAtMessages(CMoment now, const std::timespec& clock) {

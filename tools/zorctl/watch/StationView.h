@@ -1,13 +1,13 @@
 // The live view's picture of a station, brought up to date look by look.
 #pragma once
 
-#include <cstdint>
 #include <ctime>
 #include <deque>
 #include <optional>
 #include <string>
 
 #include "tools/zorctl/messages/MainChannel.h"
+#include "tools/zorctl/station/EventReader.h"
 #include "tools/zorctl/station/QueueState.h"
 #include "tools/zorctl/watch/LiveLook.h"
 #include "tools/zorctl/watch/StationPicture.h"
@@ -19,7 +19,6 @@ class CRecent {
 
     // `since` is when it came to be; no value for what has been there before the first look.
     void Add(const std::string& line, std::optional<CMoment> since);
-    void Clear() { m_lines.clear(); }
     std::vector<Shown> LinesAt(CMoment now) const;
 
   private:
@@ -48,7 +47,6 @@ class CStationView {
   private:
     void LookForProcess(CMoment now);
     void LookAtEvents(CMoment now);
-    std::string ReadEvents(CMoment now);
     void LookAtMessages(CMoment now, const std::timespec& clock);
     std::string FollowQueue(const QueueState& queue);
 
@@ -63,8 +61,8 @@ class CStationView {
     StationPicture m_picture;
     CLiveLook m_live;
     std::optional<CMoment> m_processLook;
+    CEventReader m_eventReader;
     CRecent m_events;
-    std::int64_t m_lastEvent = 0;  // its id
     CRecent m_messages;
     std::optional<CMainChannel> m_channel;  // while the queue is there
 };
