@@ -7,6 +7,7 @@
 #include <cstring>
 
 #include "System/DateTime.h"
+#include "System/DiagLine.h"
 #include "System/Numbers.h"
 
 namespace {
@@ -15,6 +16,7 @@ constexpr std::size_t kGivenSize = 8;
 
 int Refuse() {
     std::fputs("Set system datatime error!/n", stdout);  // the slash is part of the text
+    EndRecord();
     return -1;
 }
 

@@ -127,8 +127,9 @@ FILE* OpenLogStream(int descriptor, int buffering) {
     auto* stream = new CLogStream(descriptor);
     cookie_io_functions_t functions{};
     functions.write = [](void* cookie, const char* data, std::size_t size) {
-        static_cast<CLogStream*>(cookie)->Write(data, std::min(size, kLargestRecord));
-        return static_cast<ssize_t>(size);
+        const std::size_t taken = std::min(size, kLargestRecord);  // the rest is a record of its own
+        static_cast<CLogStream*>(cookie)->Write(data, taken);
+        return static_cast<ssize_t>(taken);
     };
     FILE* file = fopencookie(stream, "w", functions);
     if (file != nullptr) std::setvbuf(file, stream->buffer, buffering, sizeof stream->buffer);
@@ -138,6 +139,10 @@ FILE* OpenLogStream(int descriptor, int buffering) {
 }  // namespace
 
 void LogWithoutWaiting() {
+    // A standard descriptor that is closed would go to the next file that is opened, with all that is
+    // printed.
+    for (int descriptor = 0; descriptor <= STDERR_FILENO; ++descriptor)
+        if (fcntl(descriptor, F_GETFD) < 0) open("/dev/null", O_RDWR);
     std::fflush(stdout);
     if (FILE* out = OpenLogStream(STDOUT_FILENO, _IOFBF); out != nullptr) stdout = out;
     if (FILE* err = OpenLogStream(STDERR_FILENO, _IOLBF); err != nullptr) stderr = err;

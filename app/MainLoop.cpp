@@ -6,11 +6,14 @@
 
 void RunPass(CRuntimeData& runtime, std::uint8_t& receiveCounter) {
     constexpr std::uint8_t kPassesBetweenPolls = 5;
+    constexpr std::uint8_t kMostBetweenPolls = 11;
     runtime.SchedulerTick();
     runtime.DrainOutbound();
-    if (receiveCounter < kPassesBetweenPolls) {
+    // A pass that has waited for a file leaves the poll to the next one, but not for ever.
+    const std::uint8_t least = runtime.HasWaited() ? kMostBetweenPolls : kPassesBetweenPolls;
+    if (receiveCounter < least) {
         ++receiveCounter;
-    } else if (!runtime.HasWaited()) {
+    } else {
         runtime.MsgRcvFromMain();
         receiveCounter = 0;
     }

@@ -3,6 +3,7 @@
 #include "bench/HistoryStation.h"
 #include "bench/Operation.h"
 #include "history/ChargingRecord.h"
+#include "ipc/Commands.h"
 
 namespace {
 

@@ -6,9 +6,9 @@
 #include "bench/Operation.h"
 #include "bench/Station.h"
 #include "ipc/Frame.h"
+#include "ipc/Messages.h"
 #include "reports/ChargingStatus.h"
 #include "reports/IdleStatus.h"
-#include "reports/Messages.h"
 #include "reports/PortState.h"
 
 namespace {

@@ -19,6 +19,15 @@ constexpr std::uint32_t kKeptIds = 99999;
 constexpr std::uint32_t kPruneDistance = 100001;
 
 constexpr char kOperation[] = "InsertSOE";
+
+// A copy of an error text, or a word in its place where there is no memory for it.
+std::string Kept(const char* error) {
+    try {
+        return error;
+    } catch (const std::bad_alloc&) {
+        return "no memory";  // short enough to need none
+    }
+}
 constexpr char kInsertComplaint[] = "insert into zorsoe.db";
 
 // Takes the id of the newest row from a result that holds it.
@@ -33,11 +42,16 @@ void FormatPruning(EventSql& sql, const char* table, std::uint32_t lastId) {
 }  // namespace
 
 void EventFindings::Print() const {
+    if (!errMsgReadError.empty())
+        CDiagLine(kOperation)
+            .Print("read record from zorsoe tagErrMsg error!: %s\n", errMsgReadError.c_str());
     if (prunedErrMsg != 0) {
         EventSql sql;
         FormatPruning(sql, kErrMsgTable, prunedErrMsg);
         CDiagLine(kOperation).Print("delete sqlcommand is %s\n", sql.Text());
     }
+    if (!soeReadError.empty())
+        CDiagLine(kOperation).Print("read record from zorsoe.db error!: %s\n", soeReadError.c_str());
     if (hasLast) CDiagLine(kOperation).Print("the last record id is %d\n", static_cast<std::int32_t>(lastId));
     std::fputs(errors.c_str(), stderr);
 }
@@ -143,7 +157,7 @@ bool CEventStore::FindLastSoe(EventFindings& findings, std::uint32_t& lastId) {
         const CSqliteTable last(m_database, kSelectLastSoe);
         NoteBusy(last.Result());
         if (!last.Ok()) {
-            CDiagLine(kOperation).Print("read record from zorsoe.db error!: %s\n", last.Error());
+            findings.soeReadError = Kept(last.Error());
             if (!m_busy)
                 m_failures.Report(EFailure::EventsLost, "%s takes no events: %s", kEventFile, last.Error());
         }
@@ -161,8 +175,7 @@ std::uint32_t CEventStore::StoreMeasurements(const Event& event, EventFindings& 
     {
         const CSqliteTable last(m_database, kSelectLastErrMsg);
         NoteBusy(last.Result());
-        if (!last.Ok())
-            CDiagLine(kOperation).Print("read record from zorsoe tagErrMsg error!: %s\n", last.Error());
+        if (!last.Ok()) findings.errMsgReadError = Kept(last.Error());
         if (last.Rows() > 0) lastId = LastIdIn(last);
     }
     if (lastId > kKeptIds) {

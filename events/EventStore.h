@@ -27,7 +27,9 @@ struct EventFindings {
     std::uint32_t lastId = 0;        // newest row before this one
     std::uint32_t prunedErrMsg = 0;  // newest row of tagErrMsg when that table was pruned, else 0
     bool measured = false;           // its measurements stand in tagErrMsg
-    std::string errors;              // lines for standard error
+    std::string errMsgReadError;     // why the newest row of a table could not be read, else empty
+    std::string soeReadError;
+    std::string errors;  // lines for standard error
 
     void Print() const;
     // Keeps a line for standard error.

@@ -17,7 +17,7 @@ void CEventWalk::Reserve(std::size_t points) {
 
 // Room for one more change; a walk whose changes had to be kept needs more than was reserved.
 bool CEventWalk::HasRoom() {
-    if (m_changes.size() < m_changes.capacity()) return true;
+    if (m_changes.size() < std::min(m_changes.capacity(), m_findings.capacity())) return true;
     try {
         m_changes.reserve(2 * m_changes.size() + 1);
         m_findings.reserve(m_changes.capacity());
@@ -45,9 +45,13 @@ bool CEventWalk::Open() {
     // What has waited for the file once goes on without waiting: nothing is lost meanwhile, and the points
     // are to be looked at every tick.
     if (m_kept > 0) m_wait.Refuse();
-    if (m_store.Open(m_wait)) return true;
-    Clear();
-    return false;
+    while (!m_store.Open(m_wait)) {
+        // It costs what waited, and of the others one for each try.
+        m_changes.erase(m_changes.begin(), m_changes.begin() + static_cast<std::ptrdiff_t>(m_kept) + 1);
+        m_kept = 0;
+        if (m_changes.empty()) return false;
+    }
+    return true;
 }
 
 void CEventWalk::Store() {
@@ -65,10 +69,9 @@ void CEventWalk::Store() {
 // False when the transaction came to nothing; then nothing is stored.
 bool CEventWalk::StoreTogether() {
     m_findings.clear();
-    for (StatusChange& change : m_changes) {
+    for (const StatusChange& change : m_changes) {
         m_findings.push_back(m_store.Store(EventOf(change)));
         if (m_store.IsAlive() && !m_store.IsBusy()) continue;
-        change.refused = m_store.IsBusy();  // it has printed what there is to print
         m_store.RollBack();
         return false;
     }

@@ -7,8 +7,8 @@
 #include <cstdint>
 
 #include "history/HistoryRecord.h"
+#include "ipc/BodyField.h"
 #include "points/LiveEntry.h"
-#include "reports/BodyField.h"
 
 // Telemetry points of a port that a charging record is made of.
 inline constexpr std::uint16_t kYcTradeNumber = 184;
@@ -130,24 +130,3 @@ using RecordBody = std::array<std::uint8_t, kRecordSize>;
 RecordBody BuildLiveRecord(const RecordSource& source);
 // Writes over the live body what a stored record replaces.
 void PutStoredRecord(RecordBody& body, const YcHistoryRecord& record);
-
-// Body of a history request: day, month, year within the century and century are BCD, the hour is binary.
-inline constexpr std::size_t kRequestDay = 0;
-inline constexpr std::size_t kRequestMonth = 1;
-inline constexpr std::size_t kRequestYear = 2;
-inline constexpr std::size_t kRequestCentury = 3;
-inline constexpr std::size_t kRequestHour = 4;
-inline constexpr std::size_t kRequestSize = 5;
-inline constexpr int kWholeDay = 24;  // as hour: all hours of the day
-
-// Body of an acknowledgement: the time as A1_16 carries it, then the result. The hour is binary, the
-// rest of the date BCD.
-inline constexpr std::size_t kAckHour = 2;
-inline constexpr std::size_t kAckDay = 3;
-inline constexpr std::size_t kAckMonth = 4;
-inline constexpr std::size_t kAckYear = 5;
-inline constexpr std::size_t kAckCentury = 6;
-inline constexpr std::size_t kAckResult = 7;
-inline constexpr std::size_t kAckSize = 8;
-inline constexpr std::uint8_t kAckAccepted = 0;
-inline constexpr std::uint8_t kAckRejected = 1;

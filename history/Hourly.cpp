@@ -8,8 +8,8 @@
 #include "app/RuntimeData.h"
 #include "history/ChargingRecord.h"
 #include "history/HistoryDatabase.h"
+#include "ipc/Messages.h"
 #include "points/ShmCtrl.h"
-#include "reports/Messages.h"
 
 namespace {
 

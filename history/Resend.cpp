@@ -14,7 +14,8 @@
 #include "app/RuntimeData.h"
 #include "history/ChargingRecord.h"
 #include "history/HistoryDatabase.h"
-#include "reports/Messages.h"
+#include "ipc/Commands.h"
+#include "ipc/Messages.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 #include "System/DiagLine.h"
 #include "System/Numbers.h"
 #include "app/RuntimeData.h"
-#include "ipc/SettingsCommand.h"
+#include "ipc/Commands.h"
 
 namespace {
 

@@ -10,7 +10,7 @@
 #include "System/Numbers.h"
 #include "app/RuntimeData.h"
 #include "ipc/Frame.h"
-#include "reports/Messages.h"
+#include "ipc/Messages.h"
 
 namespace {
 

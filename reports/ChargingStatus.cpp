@@ -5,8 +5,8 @@
 
 #include "System/DiagLine.h"
 #include "app/RuntimeData.h"
+#include "ipc/Messages.h"
 #include "points/ShmCtrl.h"
-#include "reports/Messages.h"
 #include "reports/PortState.h"
 
 void PutEquipment(std::uint8_t* body, const ChargingField& field, const ChargingSource& source) {

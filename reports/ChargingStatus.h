@@ -5,10 +5,10 @@
 #include <list>
 #include <vector>
 
+#include "ipc/BodyField.h"
 #include "points/PointRecords.h"
 #include "points/PortNumbering.h"
 #include "points/Signals.h"
-#include "reports/BodyField.h"
 #include "reports/YcConversion.h"
 
 class CShmCTRL;

@@ -10,9 +10,9 @@
 #include <iterator>
 
 #include "app/RuntimeData.h"
+#include "ipc/Messages.h"
 #include "points/ShmCtrl.h"
 #include "points/Signals.h"
-#include "reports/Messages.h"
 #include "reports/PortState.h"
 #include "reports/YcConversion.h"
 

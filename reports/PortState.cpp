@@ -2,9 +2,9 @@
 
 #include "System/DiagLine.h"
 #include "app/RuntimeData.h"
+#include "ipc/Messages.h"
 #include "points/ShmCtrl.h"
 #include "points/Signals.h"
-#include "reports/Messages.h"
 
 bool PortHasFault(CShmCTRL& shm, int port) {
     return shm.Signal(kSignalStationFault) != 0 || shm.Signal(kSignalEmergencyStop) != 0 ||

@@ -5,8 +5,8 @@
 #include <cstdint>
 #include <iterator>
 
+#include "ipc/BodyField.h"
 #include "points/LiveEntry.h"
-#include "reports/BodyField.h"
 
 // Code of a gun state that is not known: a fault in the port state, none in the charging and the idle status.
 inline constexpr std::uint8_t kUnknownIsFault = 1;

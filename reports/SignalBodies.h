@@ -5,9 +5,9 @@
 #include <list>
 #include <vector>
 
+#include "ipc/ListBody.h"
 #include "points/LiveEntry.h"
 #include "points/PointRecords.h"
-#include "reports/ListBody.h"
 
 // All three begin alike.
 inline constexpr BodyField kListEquipment{0, kEquipmentSize, EShow::Reversed, "equipment"};

@@ -1,8 +1,8 @@
 // A1_13, A1_11 and A1_15: the signals of one port.
 #include "System/DiagLine.h"
 #include "app/RuntimeData.h"
+#include "ipc/Messages.h"
 #include "points/ShmCtrl.h"
-#include "reports/Messages.h"
 #include "reports/SignalBodies.h"
 
 namespace {

@@ -5,7 +5,7 @@
 
 #include "System/DateTime.h"
 #include "System/Numbers.h"
-#include "ipc/SettingsCommand.h"
+#include "ipc/Commands.h"
 #include "points/PointSettings.h"
 #include "points/Signals.h"
 #include "reports/ChargingStatus.h"

@@ -13,9 +13,9 @@
 #include "System/DateTime.h"
 #include "app/MainLoop.h"
 #include "app/StartUp.h"
+#include "ipc/Messages.h"
 #include "points/PortNumbering.h"
 #include "points/Signals.h"
-#include "reports/Messages.h"
 #include "reports/PortState.h"
 #include "tests/support/TestRuntime.h"
 

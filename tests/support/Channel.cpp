@@ -8,7 +8,7 @@
 
 #include "System/Numbers.h"
 #include "ipc/Frame.h"
-#include "reports/Messages.h"
+#include "ipc/Messages.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 
 #include "System/AppFiles.h"
 #include "app/ConfigDatabase.h"
-#include "reports/Messages.h"
+#include "ipc/Messages.h"
 #include "tests/support/FaultPlan.h"
 #include "tests/support/StationProcess.h"
 #include "tests/support/TestRuntime.h"

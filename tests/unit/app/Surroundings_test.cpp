@@ -9,7 +9,7 @@
 #include "System/AppFiles.h"
 #include "System/DateTime.h"
 #include "app/MainLoop.h"
-#include "ipc/SettingsCommand.h"
+#include "ipc/Commands.h"
 #include "tests/support/LibcHooks.h"
 #include "tests/support/TestRuntime.h"
 

@@ -8,6 +8,7 @@
 
 #include "history/ChargingRecord.h"
 #include "history/HistoryDatabase.h"
+#include "ipc/Commands.h"
 #include "tools/zorctl/commands/Commands.h"
 #include "tools/zorctl/commands/Options.h"
 #include "tools/zorctl/messages/CommandFrames.h"

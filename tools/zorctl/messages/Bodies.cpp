@@ -5,7 +5,7 @@
 
 #include "System/Numbers.h"
 #include "history/ChargingRecord.h"
-#include "reports/BodyField.h"
+#include "ipc/BodyField.h"
 #include "reports/ChargingStatus.h"
 #include "reports/IdleStatus.h"
 #include "reports/PortState.h"

@@ -3,7 +3,7 @@
 #include "System/DateTime.h"
 #include "System/Numbers.h"
 #include "history/ChargingRecord.h"
-#include "ipc/SettingsCommand.h"
+#include "ipc/Commands.h"
 
 namespace {
 

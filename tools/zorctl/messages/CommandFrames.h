@@ -5,6 +5,7 @@
 #include <ctime>
 #include <string>
 
+#include "ipc/Commands.h"
 #include "ipc/Frame.h"
 
 // Defaults are the intervals that the process starts with.

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "ipc/Frame.h"
-#include "reports/Messages.h"
+#include "ipc/Messages.h"
 
 struct DecodedField {
     std::string name;

@@ -6,6 +6,7 @@
 
 #include "System/Numbers.h"
 #include "history/ChargingRecord.h"
+#include "ipc/Commands.h"
 #include "points/LiveEntry.h"
 #include "points/PortNumbering.h"
 #include "points/Signals.h"

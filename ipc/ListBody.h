@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "reports/BodyField.h"
+#include "ipc/BodyField.h"
 
 struct ListBodyLayout {
     std::uint16_t headSize;

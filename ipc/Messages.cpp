@@ -1,4 +1,4 @@
-#include "reports/Messages.h"
+#include "ipc/Messages.h"
 
 #include <algorithm>
 #include <cstring>

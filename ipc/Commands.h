@@ -1,5 +1,4 @@
-// The report-settings command of zor_main: where its values lie in the frame, for who reads it and who sends
-// it.
+// The commands of zor_main: where their values lie, for who reads them and who sends them.
 #pragma once
 
 #include <cstddef>
@@ -28,3 +27,24 @@ inline constexpr std::uint16_t kEnableReporting = 1000;
 inline constexpr std::size_t kHistoryArgument = 4;
 inline constexpr std::size_t kHistoryData = 5;
 inline constexpr std::size_t kHistoryAreaSize = 128;  // what a handler gets, zero-filled behind the data
+
+// Body of a history request: day, month, year within the century and century are BCD, the hour is binary.
+inline constexpr std::size_t kRequestDay = 0;
+inline constexpr std::size_t kRequestMonth = 1;
+inline constexpr std::size_t kRequestYear = 2;
+inline constexpr std::size_t kRequestCentury = 3;
+inline constexpr std::size_t kRequestHour = 4;
+inline constexpr std::size_t kRequestSize = 5;
+inline constexpr int kWholeDay = 24;  // as hour: all hours of the day
+
+// Body of an acknowledgement: the time as A1_16 carries it, then the result. The hour is binary, the
+// rest of the date BCD.
+inline constexpr std::size_t kAckHour = 2;
+inline constexpr std::size_t kAckDay = 3;
+inline constexpr std::size_t kAckMonth = 4;
+inline constexpr std::size_t kAckYear = 5;
+inline constexpr std::size_t kAckCentury = 6;
+inline constexpr std::size_t kAckResult = 7;
+inline constexpr std::size_t kAckSize = 8;
+inline constexpr std::uint8_t kAckAccepted = 0;
+inline constexpr std::uint8_t kAckRejected = 1;

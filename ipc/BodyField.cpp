@@ -1,4 +1,4 @@
-#include "reports/BodyField.h"
+#include "ipc/BodyField.h"
 
 #include <algorithm>
 

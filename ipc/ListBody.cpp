@@ -1,4 +1,4 @@
-#include "reports/ListBody.h"
+#include "ipc/ListBody.h"
 
 std::uint8_t* CListBody::Append() {
     const std::size_t at = m_layout.headSize + m_entries * m_layout.entrySize;
