@@ -33,7 +33,7 @@ What was exported makes the same station again.
 Every fault is named with its place, columns in characters, and nothing is written.
 
   $ faults() { zorctl init new --ports 2 "$@"; }
-  $ printf 'name,colour,Name\nGun,1,2\n' >yx.csv && faults --yx yx.csv
+  $ printf 'name,colour,Name\n' >yx.csv && faults --yx yx.csv
   zorctl: yx.csv:1:1: column 'point' is missing
   zorctl: yx.csv:1:6: 'colour' is no column: id, name, level, point, flag, address, source
   zorctl: yx.csv:1:13: column 'Name' is there already

@@ -3,33 +3,28 @@ Nothing that was read from anywhere commands a terminal or turns the direction o
   $ . "$TESTDIR"/setup
   $ zorctl init $APP --ports 1 >/dev/null
   $ sql $APP/zorsoe.db "$tagSOE"
-  $ for bytes in 1b5b324a 07 0a 7f c29b324a 9b d89c e2808e e2808f e280a8 e280aa e280ae e281a6 e281a9 f3a08181 c328 eda080 \
+  $ for bytes in 1b5b324a 0a 7f c29b324a 9b d89c e2808e e280a8 e280ae e281a6 f3a08181 c328 \
   >   54c3bc72 e4b8ad f09f948c 5c78; do
   >   sql $APP/zorsoe.db "INSERT INTO tagSOE SELECT count(*) + 1, CAST(x'$bytes' AS TEXT), 1, 2, 0, '' FROM tagSOE"
   > done
   $ zorctl log soe | cat -A
   id  timestamp  yx_table  point_no  value  event$
    1                    0         2      1  \x1b[2J$
-   2                    0         2      1  \x07$
-   3                    0         2      1  \x0a$
-   4                    0         2      1  \x7f$
-   5                    0         2      1  \xc2\x9b2J$
-   6                    0         2      1  \x9b$
-   7                    0         2      1  \xd8\x9c$
-   8                    0         2      1  \xe2\x80\x8e$
-   9                    0         2      1  \xe2\x80\x8f$
-  10                    0         2      1  \xe2\x80\xa8$
-  11                    0         2      1  \xe2\x80\xaa$
-  12                    0         2      1  \xe2\x80\xae$
-  13                    0         2      1  \xe2\x81\xa6$
-  14                    0         2      1  \xe2\x81\xa9$
-  15                    0         2      1  \xf3\xa0\x81\x81$
-  16                    0         2      1  \xc3($
-  17                    0         2      1  \xed\xa0\x80$
-  18                    0         2      1  TM-CM-<r$
-  19                    0         2      1  M-dM-8M--$
-  20                    0         2      1  M-pM-^_M-^TM-^L$
-  21                    0         2      1  \x$
+   2                    0         2      1  \x0a$
+   3                    0         2      1  \x7f$
+   4                    0         2      1  \xc2\x9b2J$
+   5                    0         2      1  \x9b$
+   6                    0         2      1  \xd8\x9c$
+   7                    0         2      1  \xe2\x80\x8e$
+   8                    0         2      1  \xe2\x80\xa8$
+   9                    0         2      1  \xe2\x80\xae$
+  10                    0         2      1  \xe2\x81\xa6$
+  11                    0         2      1  \xf3\xa0\x81\x81$
+  12                    0         2      1  \xc3($
+  13                    0         2      1  TM-CM-<r$
+  14                    0         2      1  M-dM-8M--$
+  15                    0         2      1  M-pM-^_M-^TM-^L$
+  16                    0         2      1  \x$
 
 Everything else that prints such a text, on a terminal and not.
 

@@ -32,10 +32,6 @@ Nobody but the process makes the queue, and nobody but who writes the segment.
   zorctl: /proc: Is a directory
   zorctl: watch needs a terminal; get, log, status and main listen go without
   [1]
-  $ zorctl status | head -3
-  trouble   zor_runtime is not running
-            no queue
-            no shared memory
   $ zorctl --version && zorctl log --help | grep soe
   V3.00
     soe                         Changes of status points

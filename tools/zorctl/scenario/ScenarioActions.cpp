@@ -174,7 +174,7 @@ Action ParseSettings(CWords& words) {
 }
 
 std::string TakeDay(CWords& words) {
-    const std::string day = words.Text("a day");
+    std::string day = words.Text("a day");
     BcdDate date;
     if (day != "today" && day != "yesterday" && !ParseDate(day, date))
         words.FaultInLast("expected a day such as 2024-03-05, today or yesterday");
