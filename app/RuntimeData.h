@@ -230,13 +230,17 @@ class CRuntimeData {
     void PortStep(int port);
 
     // -- history/
+    // Formats the statement that stores the charging record of `port` as it is now.
+    void FormatRecord(CSqlTextBase& sql, std::uint32_t hour, std::uint32_t port);
+    // Writes the charging records of all ports for `hour`, as InsertYC does, and posts each live while
+    // reporting is on.
+    void RecordHour(std::uint32_t hour);
     void CreateHistoryIndexes(CSqliteDb& database);
     void RestoreCounters(CSqliteDb& database);
     void RestoreCountersOf(int port, CSqliteDb& database);
     int FormatDayQuery(CSqlTextBase& sql, const char* date, int port);
     void FillHour(YcHistoryRecord& record, const CSqliteTable& table, int row, const char* date, int h);
     void RaiseSendCounts(CSqliteDb& database, const SentRow* rows, int count);
-    void PutLiveField(RecordBody& body, const RecordField& field, std::uint32_t port);
 
     PortState& Port(int port) { return m_ports[static_cast<std::size_t>(port)]; }
 

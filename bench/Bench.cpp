@@ -60,7 +60,8 @@ int Run(const char* folder, const char* json, bool all) {
     bool fine = true;
     for (const Result& result : results)
         for (const Ratio& ratio : result.ratios) fine = fine && ratio.fault == nullptr;
-    return fine ? 0 : 1;
+    constexpr int kBeyond = 3;  // everything was measured
+    return fine ? 0 : kBeyond;
 }
 
 }  // namespace

@@ -55,7 +55,7 @@ void Singly(benchmark::State& state) {
 Operations BurstOperations() {
     return {{"burst/612_events",
              Burst<kNewFile>,
-             {"one transaction", BareTransaction, 8},
+             {"one transaction", BareTransaction, 4},
              {"one per event", Singly, 40, true}},
             {"burst/612_events_full", Burst<kFullFile>, {"commit and VACUUM", BareVacuum}}};
 }

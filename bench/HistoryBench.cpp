@@ -45,10 +45,8 @@ int Request(HistoryStation& station) {
 }
 
 int HourlyStep(HistoryStation& station) {
-    int stored = 0;
-    for (unsigned port = 1; port <= kBenchPorts; ++port)
-        stored += static_cast<int>(station.runtime.InsertYC(1, port) == SQLITE_OK);
-    return stored;
+    station.runtime.RecordHour(1);
+    return kBenchPorts;
 }
 
 int StartUpCheck(HistoryStation& station) {
@@ -67,6 +65,28 @@ void ByKey(benchmark::State& state) {
     });
 }
 
+// Opens the file, asks `kSql` and closes it: what every operation of one query has to do.
+template <const char* kSql>
+void OpenAskClose(benchmark::State& state) {
+    HistoryStation station(static_cast<int>(state.range(0)));
+    const CAppPath path(kHistoryFile);
+    for (auto run : state) {
+        sqlite3* database = nullptr;
+        char** cells = nullptr;
+        int rows = 0;
+        sqlite3_open(path.c_str(), &database);
+        const int result = sqlite3_get_table(database, kSql, &cells, &rows, nullptr, nullptr);
+        Require(result == SQLITE_OK && rows > 0, "the bare query finds nothing");
+        sqlite3_free_table(cells);
+        sqlite3_close(database);
+    }
+}
+
+constexpr char kPendingRows[] = "select * from tagYC where sendcount >= 1 and sendcount < 6";
+constexpr char kRowOfHour[] =
+    "SELECT * FROM tagYC WHERE portNo='3' AND timestamp < '2023-12-31 10:00:10' ORDER BY timestamp DESC "
+    "LIMIT 1";
+
 int ResendBare(HistoryStation& station) {
     InBareTransaction(kHistoryFile, [&](CSqliteDb& database) { station.RaiseBareRecords(database); });
     return kBenchPorts;
@@ -83,15 +103,12 @@ int StoreSingly(HistoryStation& /*station*/) {
     return kBenchPorts;
 }
 
-// An operation that looks for `kExpected` records, with what finds them by their keys beside it.
+// An operation that looks for `kExpected` records.
 template <auto kOperate, int kExpected, bool kRestored = false>
-Operation Reading(const char* name, void (*byKey)(benchmark::State&), double growthLimit) {
-    return {name,
-            On<kOperate, kExpected, EIndexed::Yes, kRestored>,
-            {"rows by key", byKey},
-            {"no indexes", On<kOperate, kExpected, EIndexed::No, kRestored>},
-            true,
-            growthLimit};
+Operation Reading(const char* name, const Reference& floor, double growthLimit) {
+    return {name,  On<kOperate, kExpected, EIndexed::Yes, kRestored>,
+            floor, {"no indexes", On<kOperate, kExpected, EIndexed::No, kRestored>},
+            true,  growthLimit};
 }
 
 }  // namespace
@@ -99,15 +116,17 @@ Operation Reading(const char* name, void (*byKey)(benchmark::State&), double gro
 Operations HistoryOperations() {
     constexpr int kPorts = kBenchPorts;
     return {
-        Reading<CheckCache, kPorts>("history/cache_check", ByKey<0, 0, 1, kPorts>, 1.5),
-        Reading<ResendPass, kPorts, true>("history/resend_pass", On<ResendBare, kPorts, EIndexed::Yes, true>,
-                                          1.5),
-        Reading<Request<kHour>, 1>("history/hour_request", ByKey<kHour, kHour, kPort, kPort>, 3),
-        Reading<Request<kWholeDay>, 24>("history/day_request", ByKey<0, 23, kPort, kPort>, 0),
-        // A transaction per port: a record is stored, or lost, for itself.
+        Reading<CheckCache, kPorts>("history/cache_check",
+                                    {"open, query, close", OpenAskClose<kPendingRows>, 3}, 1.5),
+        Reading<ResendPass, kPorts, true>("history/resend_pass",
+                                          {"rows by key", On<ResendBare, kPorts, EIndexed::Yes, true>}, 1.5),
+        Reading<Request<kHour>, 1>("history/hour_request",
+                                   {"open, query, close", OpenAskClose<kRowOfHour>, 3}, 3),
+        Reading<Request<kWholeDay>, 24>("history/day_request", {"rows by key", ByKey<0, 23, kPort, kPort>},
+                                        0),
         {"history/hourly_step",
          On<HourlyStep, kPorts>,
-         {"one transaction", On<StoreTogether, kPorts>},
+         {"one transaction", On<StoreTogether, kPorts>, 2.5},
          {"one per port", On<StoreSingly, kPorts>},
          true,
          1.5},

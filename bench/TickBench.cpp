@@ -140,7 +140,7 @@ Operations TickOperations() {
          {"list copies", Repeat<TickWithCopies>, 50}},
         {"tick/all_reports",
          kAllReports<Tick>,
-         {"read pass, memcpy", ReadPassAndCopy},
+         {"read pass, memcpy", ReadPassAndCopy, 10},
          {"list copies", kAllReports<TickWithCopies>}},
         // All reports, 612 events, the records of an hour, a resend pass.
         {"tick/everything_due",

@@ -18,76 +18,118 @@ inline constexpr std::uint16_t kYcFreTime = 153;
 inline constexpr std::size_t kTradeNumberSize = 16;
 inline constexpr std::size_t kRecordTimeSize = 7;
 
-// Source of a field in the live body. `number` is a point or energy counter above the port's base.
-enum class ERecordLive : std::uint8_t {
-    Equipment,
-    Port,
-    Now,  // second to century, BCD
-    Zero,
-    YcBytes,   // first bytes of the point's area, reversed
-    YcDigits,  // digits of the point's text, packed and reversed
-    YcRaw,     // low bytes of the raw value
-    Counter,   // low bytes of the energy counter
-    K1Cnt,
-    K2Cnt
+// Between two records of an answer or of a resend pass, microseconds.
+inline constexpr std::uint32_t kPauseBetweenRecords = 100000;
+
+struct RecordField;
+class CShmCTRL;
+
+// What the live body of a port is made from.
+struct RecordSource {
+    CShmCTRL& shm;
+    std::uint32_t port;  // of a request or a stored row: any number
+    std::uint32_t k1Cnt;
+    std::uint32_t k2Cnt;
 };
 
-// What a stored record writes over it.
-enum class ERecordStored : std::uint8_t {
-    Live,  // nothing: the live value stays
-    Port,
-    CollectTime,
-    Status,
-    MValue,
-    One,
-    TradeNumber,
-    TradeElec,
-    FreTime,
-    FValueLow,
-    FValueHigh,
-    ChargeCnt,
-    ChargeTime,
-    K1Cnt,
-    K2Cnt
+// What fills a field of the live body: below, each beside what its `number` means.
+using PutLive = void (*)(std::uint8_t* body, const RecordField& field, const RecordSource& source);
+
+void PutRecordEquipment(std::uint8_t* body, const RecordField& field, const RecordSource& source);
+void PutRecordPort(std::uint8_t* body, const RecordField& field, const RecordSource& source);
+// Second to century, BCD.
+void PutRecordTime(std::uint8_t* body, const RecordField& field, const RecordSource& source);
+void PutZero(std::uint8_t* body, const RecordField& field, const RecordSource& source);
+// A telemetry point above the port's base: the first bytes of its area; the digits of its text, packed and
+// reversed; the low bytes of its raw value.
+void PutRecordYcBytes(std::uint8_t* body, const RecordField& field, const RecordSource& source);
+void PutRecordYcDigits(std::uint8_t* body, const RecordField& field, const RecordSource& source);
+void PutRecordYcRaw(std::uint8_t* body, const RecordField& field, const RecordSource& source);
+// Low bytes of an energy counter above the port's base.
+void PutRecordCounter(std::uint8_t* body, const RecordField& field, const RecordSource& source);
+void PutRecordK1(std::uint8_t* body, const RecordField& field, const RecordSource& source);
+void PutRecordK2(std::uint8_t* body, const RecordField& field, const RecordSource& source);
+
+// What a stored record writes over the live value: one of both, or nothing.
+struct StoredValue {
+    void (*put)(std::uint8_t* body, const BodyField& field, const YcHistoryRecord& record) = nullptr;
+    std::uint64_t (*number)(const YcHistoryRecord& record) = nullptr;
 };
+
+void PutCollectTime(std::uint8_t* body, const BodyField& field, const YcHistoryRecord& record);
+void PutTradeNumber(std::uint8_t* body, const BodyField& field, const YcHistoryRecord& record);
+void PutFreTime(std::uint8_t* body, const BodyField& field, const YcHistoryRecord& record);
 
 struct RecordField {
     BodyField at;
-    ERecordLive live;
-    std::uint16_t number;
-    ERecordStored stored;
+    PutLive live;
+    std::uint16_t number = 0;
+    StoredValue stored = {};
 };
 
 inline constexpr RecordField kRecordFields[] = {
-    {{0, kEquipmentSize, EShow::Reversed, "equipment"}, ERecordLive::Equipment, 0, ERecordStored::Live},
-    {{8, 1, EShow::Number, "port"}, ERecordLive::Port, 0, ERecordStored::Port},
-    {{9, kRecordTimeSize, EShow::Reversed, "time"}, ERecordLive::Now, 0, ERecordStored::CollectTime},
-    {{16, 1, EShow::Number, "status"}, ERecordLive::Zero, 0, ERecordStored::Status},
-    {{17, 6, EShow::Reversed, "yc189"}, ERecordLive::YcBytes, 189, ERecordStored::Live},
-    {{23, 6, EShow::Reversed, "yc190"}, ERecordLive::YcBytes, 190, ERecordStored::Live},
-    {{29, 32, EShow::Reversed, "yc191"}, ERecordLive::YcBytes, 191, ERecordStored::Live},
-    {{61, 8, EShow::Number, "meter"}, ERecordLive::Counter, 0, ERecordStored::MValue},
-    {{69, 1, EShow::Number, "yc177"}, ERecordLive::YcRaw, 177, ERecordStored::One},
+    {{0, kEquipmentSize, EShow::Reversed, "equipment"}, PutRecordEquipment, 0},
+    {{8, 1, EShow::Number, "port"}, PutRecordPort, 0},
+    {{9, kRecordTimeSize, EShow::Reversed, "time"}, PutRecordTime, 0, {PutCollectTime}},
+    {{16, 1, EShow::Number, "status"},
+     PutZero,
+     0,
+     {nullptr, [](const YcHistoryRecord& record) { return static_cast<std::uint64_t>(record.status); }}},
+    {{17, 6, EShow::Reversed, "yc189"}, PutRecordYcBytes, 189},
+    {{23, 6, EShow::Reversed, "yc190"}, PutRecordYcBytes, 190},
+    {{29, 32, EShow::Reversed, "yc191"}, PutRecordYcBytes, 191},
+    {{61, 8, EShow::Number, "meter"},
+     PutRecordCounter,
+     0,
+     {nullptr, [](const YcHistoryRecord& record) { return static_cast<std::uint64_t>(record.mvalue); }}},
+    {{69, 1, EShow::Number, "yc177"},
+     PutRecordYcRaw,
+     177,
+     {nullptr, [](const YcHistoryRecord& /*record*/) { return std::uint64_t{1}; }}},
     {{70, kTradeNumberSize, EShow::Reversed, "tradeNumber"},
-     ERecordLive::YcBytes,
+     PutRecordYcBytes,
      kYcTradeNumber,
-     ERecordStored::TradeNumber},
-    {{86, 4, EShow::Number, "tradeEnergy"}, ERecordLive::Counter, 2, ERecordStored::TradeElec},
-    {{90, 7, EShow::Reversed, "freTime"}, ERecordLive::YcDigits, kYcFreTime, ERecordStored::FreTime},
-    {{97, 4, EShow::Number, "value"}, ERecordLive::YcRaw, kYcFreTime, ERecordStored::FValueLow},
-    {{101, 4, EShow::Number, "valueHigh"}, ERecordLive::Zero, 0, ERecordStored::FValueHigh},
-    {{105, 4, EShow::Number, "chargeCount"}, ERecordLive::YcRaw, 211, ERecordStored::ChargeCnt},
-    {{109, 4, EShow::Number, "chargeTime"}, ERecordLive::YcRaw, 212, ERecordStored::ChargeTime},
-    {{113, 4, EShow::Number, "k1"}, ERecordLive::K1Cnt, 0, ERecordStored::K1Cnt},
-    {{117, 4, EShow::Number, "k2"}, ERecordLive::K2Cnt, 0, ERecordStored::K2Cnt},
+     {PutTradeNumber}},
+    {{86, 4, EShow::Number, "tradeEnergy"},
+     PutRecordCounter,
+     2,
+     {nullptr, [](const YcHistoryRecord& record) { return static_cast<std::uint64_t>(record.tradeelec); }}},
+    {{90, 7, EShow::Reversed, "freTime"}, PutRecordYcDigits, kYcFreTime, {PutFreTime}},
+    {{97, 4, EShow::Number, "value"},
+     PutRecordYcRaw,
+     kYcFreTime,
+     {nullptr, [](const YcHistoryRecord& record) { return static_cast<std::uint64_t>(record.fvalue); }}},
+    {{101, 4, EShow::Number, "valueHigh"},
+     PutZero,
+     0,
+     {nullptr,
+      [](const YcHistoryRecord& record) { return static_cast<std::uint64_t>(record.fvalue) >> 32; }}},
+    {{105, 4, EShow::Number, "chargeCount"},
+     PutRecordYcRaw,
+     211,
+     {nullptr, [](const YcHistoryRecord& record) { return static_cast<std::uint64_t>(record.chargeCnt); }}},
+    {{109, 4, EShow::Number, "chargeTime"},
+     PutRecordYcRaw,
+     212,
+     {nullptr, [](const YcHistoryRecord& record) { return static_cast<std::uint64_t>(record.chargeTime); }}},
+    {{113, 4, EShow::Number, "k1"},
+     PutRecordK1,
+     0,
+     {nullptr, [](const YcHistoryRecord& record) { return static_cast<std::uint64_t>(record.k1Cnt); }}},
+    {{117, 4, EShow::Number, "k2"},
+     PutRecordK2,
+     0,
+     {nullptr, [](const YcHistoryRecord& record) { return static_cast<std::uint64_t>(record.k2Cnt); }}},
 };
 inline constexpr std::size_t kRecordSize = 121;
 static_assert(CoversBody(kRecordFields, kRecordSize));
 
 using RecordBody = std::array<std::uint8_t, kRecordSize>;
 
-// Writes over the live body what a stored record replaces. `port` is the port that the message is about.
-void PutStoredRecord(RecordBody& body, const YcHistoryRecord& record, std::uint32_t port);
+// The live body of a port.
+RecordBody BuildLiveRecord(const RecordSource& source);
+// Writes over the live body what a stored record replaces.
+void PutStoredRecord(RecordBody& body, const YcHistoryRecord& record);
 
 // Body of a history request: day, month, year within the century and century are BCD, the hour is binary.
 inline constexpr std::size_t kRequestDay = 0;

@@ -61,9 +61,13 @@ struct SentRow {
 // written when it begins.
 inline constexpr int kHourAnswerEnd = 10;
 
-// True for the send count of a record that is to be sent, again, until zor_main acknowledges it.
+// Send counts: a record of midnight begins as pending, is pending while it is being sent again, and is given
+// up in the end. The others have none.
+inline constexpr int kFirstPending = 1;
+inline constexpr int kGivenUp = 6;
+
 constexpr bool IsPending(int sendCount) {
-    return sendCount >= 1 && sendCount < 6;
+    return sendCount >= kFirstPending && sendCount < kGivenUp;
 }
 
 // Whether the file at `path`, which exists, holds nothing or cannot be looked at, twice in a row with a while

@@ -53,11 +53,7 @@ void CRuntimeData::HourlyStep() {
     const int hour = now.Hour();
     if (hour != m_lastHour && now.Minute() == 0) {
         m_lastHour = hour;
-        const PortRange ports = PortsOf(m_portCount);
-        for (int port = ports.first; port <= ports.last; ++port) {
-            InsertYC(static_cast<std::uint32_t>(hour), static_cast<std::uint32_t>(port));
-            if (m_sendflag == 1) Send_A1_16(static_cast<std::uint32_t>(port));
-        }
+        RecordHour(static_cast<std::uint32_t>(hour));
     }
     if (hour != m_lastCacheHour && now.Minute() == kCacheCheckMinute) {
         m_lastCacheHour = hour;

@@ -170,7 +170,7 @@ std::string CStationProcess::Errors() const {
     return ReadText(ErrorFile());
 }
 
-long CStationProcess::ResidentKb() const {
+long CStationProcess::PrivateKb() const {
     // An emulator shares its process with the program, whose addresses are those of 32 bits.
     constexpr unsigned long long kLast = kEmulated ? 0xFFFFFFFFULL : ~0ULL;
     std::ifstream mappings("/proc/" + std::to_string(m_pid) + "/smaps");
@@ -182,7 +182,7 @@ long CStationProcess::ResidentKb() const {
         unsigned long long end = 0;
         long kb = 0;
         if (std::sscanf(line.c_str(), "%llx-%llx ", &begin, &end) == 2) counted = begin <= kLast;
-        if (counted && std::sscanf(line.c_str(), "Rss: %ld", &kb) == 1) total += kb;
+        if (counted && std::sscanf(line.c_str(), "Anonymous: %ld", &kb) == 1) total += kb;
     }
     EXPECT_LT(0, total);
     return total;

@@ -50,6 +50,7 @@ class CTestRuntime : public CRuntimeData {
     using CRuntimeData::m_yxPoints;
     using CRuntimeData::m_yxReportTicks;
     using CRuntimeData::Port;
+    using CRuntimeData::RecordHour;
 };
 
 // Shared memory as the acquisition processes write it. An index outside its table fails the test.

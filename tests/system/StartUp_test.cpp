@@ -67,9 +67,9 @@ TEST_F(StartUp, FullQueueCostsMessagesOnly) {
     };
     changeOnEveryPass(2000);
     process.TakeOutput();
-    const long before = process.ResidentKb();
+    const long before = process.PrivateKb();
     changeOnEveryPass(10000);
-    EXPECT_LE(process.ResidentKb(), before + 64);
+    EXPECT_LE(process.PrivateKb(), before + 64);
     const std::regex lost("MsgSndToMain\\.\\d+: send failed 002!");
     const std::string output = process.TakeOutput();
     EXPECT_EQ(10000, std::distance(std::sregex_iterator(output.begin(), output.end(), lost), {}));

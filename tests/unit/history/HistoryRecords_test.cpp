@@ -6,6 +6,7 @@
 
 #include "app/StartUp.h"
 #include "tests/support/LibcHooks.h"
+#include "tests/support/SqlWatch.h"
 #include "tests/support/TestRuntime.h"
 
 namespace {
@@ -266,6 +267,53 @@ TEST_F(HistoryRecords, StoredRecord) {
         Records([] {}).at(0),
         HasSubstr(
             " ff ff ff ff ff ff ff 7f 01 77 77 77 77 77 77 77 77 77 77 77 77 77 77 77 77 ff ff ff 7f 77 "));
+}
+
+// The records of an hour are one transaction. What ends it, or fails it after the fact, costs no other
+// record.
+TEST_F(HistoryRecords, OfAnHourStandTogether) {
+    const struct {
+        const char* trigger;
+        const char* ports;
+        const char* error;
+    } kCases[] = {
+        {"", "1 2 3", ""},
+        {"RAISE(ABORT", "1 3", "insert into zorycdata.db error!: no room\n"},
+        {"RAISE(ROLLBACK", "1 3", "insert into zorycdata.db error!: no room\n"},
+    };
+    runtime.m_portCount = 3;
+    runtime.m_sendflag = 0;
+    const auto ports = [] {
+        std::string all;
+        for (const std::string& port : Rows("SELECT portNo FROM tagYC ORDER BY portNo, id"))
+            all += (all.empty() ? "" : " ") + port;
+        Sql("DELETE FROM tagYC; DROP TRIGGER IF EXISTS t");
+        return all;
+    };
+    CSqlWatch watch;
+    for (const auto& c : kCases) {
+        if (*c.trigger != '\0')
+            Sql("CREATE TRIGGER t BEFORE INSERT ON tagYC WHEN new.portNo = 2 BEGIN SELECT " +
+                std::string(c.trigger) + ", 'no room'); END");
+        watch.Take();
+        const std::string printed = Printed([this] { runtime.RecordHour(10); });
+        EXPECT_EQ(6, std::count(printed.begin(), printed.end(), '\n')) << printed;  // each said once
+        EXPECT_EQ(c.error, errors);
+        if (*c.trigger == '\0') {
+            EXPECT_EQ(5U, watch.Take().size());  // begin, three inserts, commit
+        }
+        EXPECT_EQ(c.ports, ports());
+    }
+    watch.Before("commit", [] { FailNextUnlock(); });
+    Printed([this] { runtime.RecordHour(10); });
+    EXPECT_EQ("1 2 3", ports());
+    const auto lock = std::make_unique<CForeignLock>(kFile, "BEGIN; SELECT * FROM sqlite_master");
+    Printed([this] { runtime.RecordHour(10); });
+    EXPECT_EQ(
+        "insert into zorycdata.db error!: database is locked\n"
+        "insert into zorycdata.db error!: database is locked\n"
+        "insert into zorycdata.db error!: database is locked\n",
+        errors);
 }
 
 }  // namespace

@@ -1,4 +1,6 @@
-// Records that zor_main has not acknowledged yet: counted, read for resending, cleared.
+// Records that zor_main has not acknowledged yet: counted, resent, cleared.
+#include <unistd.h>
+
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
@@ -12,13 +14,23 @@
 #include "app/RuntimeData.h"
 #include "history/ChargingRecord.h"
 #include "history/HistoryDatabase.h"
+#include "reports/Messages.h"
+
+namespace {
+
+constexpr int kRecordsPerPass = 8;
+constexpr std::uint32_t kRestAfterLockMs = 10000;  // a file that is locked for long is not tried every tick
+
+}  // namespace
 
 int CRuntimeData::Checkcache() {
     const CAppPath path(kHistoryFile);
     CDiagLine(__func__).Print("%s", path.c_str());
     CSqliteDb database;
     if (database.Open(path.c_str(), m_historyWait) != SQLITE_OK) return 0;
-    const CSqlRows pending(database, "select * from tagYC where sendcount >= 1 and sendcount < 6");
+    CSqlText<128> sql;
+    sql.Format("select * from tagYC where sendcount >= %d and sendcount < %d", kFirstPending, kGivenUp);
+    const CSqlRows pending(database, sql.Text());
     if (!pending.Ok()) {
         CDiagLine(__func__).Print("sqlite3_get_table Fail:\n");
         return 0;
@@ -45,7 +57,9 @@ int CRuntimeData::ReadCacheYCdata(YcHistoryRecord* records, int& count) {
                                              ParseInt32(row.Cell(kHistorySendCount))};
         FillRecord(records[i], HistoryCellsOf(row));
     };
-    const CSqlRows pending(database, "SELECT * FROM tagYC where sendcount >=1 and sendcount < 6", take);
+    CSqlText<128> sql;
+    sql.Format("SELECT * FROM tagYC where sendcount >=%d and sendcount < %d", kFirstPending, kGivenUp);
+    const CSqlRows pending(database, sql.Text(), take);
     const char* error = sent == nullptr ? "out of memory" : pending.Ok() ? nullptr : pending.Error();
     if (error != nullptr) {
         CDiagLine(__func__).Print("search cache data failed:%s\n", error);
@@ -110,7 +124,8 @@ int CRuntimeData::DeletCacheData(const char* prefix, int port) {
         CDiagLine(__func__).Print("UPDATE data failed: %s\n", database.Error());
         return result;
     }
-    sql.Format("select * from tagYC where portNo='%d' and sendcount >= 1 and sendcount < 6", port);
+    sql.Format("select * from tagYC where portNo='%d' and sendcount >= %d and sendcount < %d", port,
+               kFirstPending, kGivenUp);
     const CSqlRows pending(database, sql.Text());
     if (!pending.Ok()) {
         CDiagLine(__func__).Print("Delete data failed:%s", pending.Error());
@@ -120,4 +135,34 @@ int CRuntimeData::DeletCacheData(const char* prefix, int port) {
     m_datacache = pending.Count();
     CDiagLine(__func__).Print("m_datacache:%d\n", m_datacache);
     return SQLITE_OK;
+}
+
+int CRuntimeData::History_A1_16() {
+    if (m_resendRest > 0) --m_resendRest;
+    if (m_sendflag != 1 || m_datacache < 1 || m_resendRest > 0 || HasWaited()) return 0;
+    YcHistoryRecord records[kRecordsPerPass] = {};
+    int count = kRecordsPerPass;
+    ReadCacheYCdata(records, count);
+    if (m_historyWait.IsSpent()) m_resendRest = static_cast<std::int32_t>(kRestAfterLockMs / m_tickPeriodMs);
+    if (count == 0) return 0;
+    const CDiagLine line(__func__);
+    line.Print("_YCDB Count:%d\n", count);
+    for (int i = 0; i < count; ++i) {
+        const YcHistoryRecord& record = records[i];
+        const auto port = static_cast<std::uint32_t>(record.portNo);
+        line.Print("collecttime :%s\n", record.collecttime);
+        RecordBody body{};
+        std::uint32_t length = 0;
+        BuildA1_16Record(body, length, port);
+        PutStoredRecord(body, record);
+        line.Print("tradenumber:%s\n", record.tradenumber);
+        std::uint8_t trade[kTradeNumberSize] = {};
+        StrToBcd(trade, sizeof trade, record.tradenumber);
+        for (const std::uint8_t byte : trade) std::printf("%02x ", unsigned{byte});
+        line.Print("fretime:%s\n", record.fretime);
+        PostMsg(kCodeA1_16, body.data(), length);
+        usleep(kPauseBetweenRecords);
+    }
+    m_datacache = 0;
+    return 0;
 }

@@ -1,4 +1,6 @@
-// Writing the hourly charging record of a port, and reading the records of a port back by date and hour.
+// Answers to history requests: the records of a port by date and hour.
+#include <unistd.h>
+
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
@@ -12,42 +14,15 @@
 #include "history/ChargingRecord.h"
 #include "history/HistoryDatabase.h"
 #include "history/HistoryIndexes.h"
-#include "points/ShmCtrl.h"
+#include "reports/Messages.h"
 
 namespace {
 
-constexpr int kInsertSize = 1024;
 constexpr int kQuerySize = 128;
+constexpr int kRecordsOfDay = 24;
 
-// Of the twelve points that a record has slots for, the last two (charge count and charge time) are not read:
-// their slots stay 0, and the first one is read for nothing. zor_main's side counts on it.
-constexpr int kRecordPoints[] = {173, 192, 193, 194, 195, 153, 154, 156, 157, 158, 211, 212};
-constexpr std::size_t kPointsRead = 10;
-constexpr std::size_t kFreTimeSlot = 5;
-
-// What one row is made of.
-struct Snapshot {
-    long long slots[std::size(kRecordPoints)] = {};
-    long long energy = 0;
-    char fretime[31] = {};
-    char tradenumber[2 * kTradeNumberSize + 1] = {};
-    std::int32_t tradeelec = 0;
-};
-
-Snapshot TakeSnapshot(CShmCTRL& shm, int port) {
-    const int base = PortBase(port);
-    Snapshot snapshot;
-    for (std::size_t i = 0; i < kPointsRead; ++i) {
-        const LiveYc live = shm.Yc(base + kRecordPoints[i]);
-        snapshot.slots[i] = live.raw;
-        if (i == kFreTimeSlot) std::memcpy(snapshot.fretime, live.area, sizeof snapshot.fretime - 1);
-    }
-    snapshot.energy = static_cast<long long>(shm.Counter(CounterBase(port)));
-    const LiveYc trade = shm.Yc(base + kYcTradeNumber);
-    for (std::size_t i = 0; i < kTradeNumberSize; ++i)
-        std::snprintf(snapshot.tradenumber + 2 * i, 3, "%02x", unsigned{trade.area[i]});
-    snapshot.tradeelec = static_cast<std::int32_t>(shm.Yc(base + kYcTradeEnergy).raw);
-    return snapshot;
+unsigned FromBcd(std::uint8_t byte) {
+    return (byte >> 4) * 10U + (byte & 0xFU);
 }
 
 // The row that was written after `row` (-1: the first one). An index may give the rows of a day by time,
@@ -68,30 +43,6 @@ void MarkMissing(YcHistoryRecord& record, const char* collecttime) {
 }
 
 }  // namespace
-
-std::int32_t CRuntimeData::InsertYC(std::uint32_t hour, std::uint32_t port) {
-    const Snapshot snapshot = TakeSnapshot(*m_shm, static_cast<int>(port));
-    const long long* slot = snapshot.slots;
-    CSqliteDb database;
-    if (const int result = database.Open(CAppPath(kHistoryFile).c_str(), m_historyWait); result != SQLITE_OK)
-        return result;
-    CDiagLine(__func__).Print("InsertYc You have opened zorycdata.db successfully!");
-    CSqlText<kInsertSize> sql;
-    sql.Format(
-        "INSERT INTO "
-        "tagYC(portNo,sendcount,mvalue,mvalue_1,mvalue_2,mvalue_3,mvalue_4,fvalue,fvalue_1,fvalue_2,"
-        "fvalue_3,fvalue_4,tradenumber,tradeelec,fretime,chargeCnt,chargeTime,dcK1Cnt,dcK2Cnt) "
-        "values('%d','%d','%lld','%lld','%lld','%lld','%lld','%lld','%lld','%lld','%lld','%lld','%s','%d','%"
-        "s','%lld',"
-        "'%lld','%d','%d')",
-        static_cast<int>(port), hour == 0 ? 1 : 0, snapshot.energy, slot[1], slot[2], slot[3], slot[4],
-        slot[5], slot[6], slot[7], slot[8], slot[9], snapshot.tradenumber, snapshot.tradeelec,
-        sql.Quoted(snapshot.fretime), slot[10], slot[11], k1Cnt[port], k2Cnt[port]);
-    CDiagLine(__func__).Print("sqlcommand is %s\n", sql.Text());
-    const int result = database.Exec(sql);
-    if (result != SQLITE_OK) std::fprintf(stderr, "insert into zorycdata.db error!: %s\n", database.Error());
-    return result;
-}
 
 int CRuntimeData::ReadDBSingleYCdata(const char* date, int port, int hour, YcHistoryRecord* records,
                                      int& count) {
@@ -172,4 +123,38 @@ void CRuntimeData::FillHour(YcHistoryRecord& record, const CSqliteTable& table, 
     char asked[48];  // the prefix brings a colon of its own
     std::snprintf(asked, sizeof asked, "%s:%02d:00", prefix, 0);
     MarkMissing(record, asked);
+}
+
+int CRuntimeData::MsgCall_A1_16(const std::uint8_t* body, std::uint32_t port) {
+    const std::uint8_t day = body[kRequestDay];
+    const std::uint8_t month = body[kRequestMonth];
+    const std::uint8_t year = body[kRequestYear];
+    const std::uint8_t century = body[kRequestCentury];
+    const CDiagLine line(__func__);
+    line.Print("Rcv:%02x-%02x-%02x-%02x\n", unsigned{century}, unsigned{year}, unsigned{month},
+               unsigned{day});
+    char date[32];
+    std::snprintf(date, sizeof date, "%02u%02u-%02u-%02u", FromBcd(century), FromBcd(year), FromBcd(month),
+                  FromBcd(day));
+
+    RecordBody answer{};
+    std::uint32_t length = 0;
+    BuildA1_16Record(answer, length, port);
+    YcHistoryRecord records[kRecordsOfDay] = {};
+    int count = kRecordsOfDay;
+    ReadDBSingleYCdata(date, static_cast<int>(port), body[kRequestHour], records, count);
+    line.Print("Read History YCdata lenth:%d\n", count);
+    if (count == 0) {
+        PostMsg(kCodeA1_16, answer.data(), 0);  // no row: the message comes without a body
+        return 0;
+    }
+    for (int i = 0; i < count; ++i) {
+        line.Print("collecttime :%s\n", records[i].collecttime);
+        PutStoredRecord(answer, records[i]);
+        line.Print("tradenumber:%s\n", records[i].tradenumber);
+        line.Print("fretime:%s\n", records[i].fretime);
+        PostMsg(kCodeA1_16, answer.data(), length);
+        usleep(kPauseBetweenRecords);
+    }
+    return 0;
 }
