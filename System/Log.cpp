@@ -71,7 +71,10 @@ ssize_t CLogStream::WriteSome(const char* data, std::size_t size) const {
     if (m_way == EWay::Socket) return send(m_descriptor, data, size, MSG_DONTWAIT | MSG_NOSIGNAL);
     if (m_way == EWay::Polled) {
         pollfd ready{m_descriptor, POLLOUT, 0};
-        if (poll(&ready, 1, 0) <= 0 || (ready.revents & POLLOUT) == 0) return -1;
+        if (poll(&ready, 1, 0) <= 0 || (ready.revents & POLLOUT) == 0) {
+            errno = EAGAIN;
+            return -1;
+        }
         size = std::min(size, m_certain);
     }
     return write(m_descriptor, data, size);

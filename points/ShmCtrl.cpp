@@ -65,7 +65,8 @@ bool CShmCTRL::ReadSignal(std::int32_t source, int index, std::uint8_t& state) {
 
 LiveYc CShmCTRL::Yc(int index) {
     LiveYc live{};
-    const auto* entry = static_cast<const std::uint8_t*>(getYc(index));
+    // What lies below the table is not left to the library.
+    const auto* entry = index >= 0 ? static_cast<const std::uint8_t*>(getYc(index)) : nullptr;
     if (entry == nullptr) return live;
     std::memcpy(live.area, entry + kEntryArea, sizeof live.area);
     const std::uint32_t coefficient = ReadU32(entry, kYcCoefficient);
@@ -76,7 +77,7 @@ LiveYc CShmCTRL::Yc(int index) {
 
 std::uint64_t CShmCTRL::Counter(int index) {
     constexpr int kTries = 8;  // a writer that never rests does not hold the loop
-    const void* entry = getDd(index);
+    const void* entry = index >= 0 ? getDd(index) : nullptr;
     if (entry == nullptr) return 0;
     std::uint32_t high = ReadU32(entry, kDdHigh);
     std::uint32_t low = 0;

@@ -6,6 +6,7 @@
 
 #include "System/DateTime.h"
 #include "app/RuntimeData.h"
+#include "history/HistoryDatabase.h"
 #include "points/ShmCtrl.h"
 
 void CRuntimeData::SchedulerTick() {
@@ -46,9 +47,10 @@ bool CRuntimeData::HasWaited() const {
 
 void CRuntimeData::HourlyStep() {
     constexpr int kCacheCheckMinute = 40;
-    constexpr int kLatestSecond = 50;
+    constexpr int kLatestSecond = kHourAnswerEnd / 2;
     const CDateTime now = CDateTime::Now();
-    // Two files that are locked at once would hold the loop twice as long: the hour's work has a minute.
+    // Two files that are locked at once would hold the loop twice as long. A record that came later than this
+    // would not be found for its hour.
     if (HasWaited() && now.Second() < kLatestSecond) return;
     const int hour = now.Hour();
     if (hour != m_lastHour && now.Minute() == 0) {

@@ -7,8 +7,8 @@ ZOR_ROOT=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 # Everything that configuring and building any part of the tree takes, tests and tools included.
 ZOR_PACKAGES=(
     g++ cmake ninja-build pkg-config
-    libsqlcipher-dev libcjson-dev libcli11-dev libncurses-dev
-    libgtest-dev libgmock-dev
+    libsqlcipher-dev libcjson-dev libcli11-dev libncurses-dev libutfcpp-dev nlohmann-json3-dev
+    libgtest-dev libgmock-dev python3-cram tmux
 )
 
 # One line about what the script does next.

@@ -10,7 +10,7 @@
 #include "System/AppFiles.h"
 #include "System/DateTime.h"
 #include "System/Numbers.h"
-#include "tools/zorctl/Decode.h"
+#include "tools/zorctl/messages/Decode.h"
 
 // Standard error as it is before the fuzzer takes it from the code under test.
 static int ReportFile() {

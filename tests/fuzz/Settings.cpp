@@ -6,7 +6,7 @@
 
 #include "points/PointSettings.h"
 #include "tests/fuzz/Fuzz.h"
-#include "tools/zorctl/PointCsv.h"
+#include "tools/zorctl/settings/PointCsv.h"
 
 // Rows as a query gives them; empty values become NULL, short rows are filled up.
 static std::string SelectValues(const std::vector<PointRow>& rows) {

@@ -1,10 +1,10 @@
 // Any text as each of the files and arguments that zorctl reads.
 #include "tests/fuzz/Fuzz.h"
-#include "tools/zorctl/HexText.h"
-#include "tools/zorctl/PlainText.h"
-#include "tools/zorctl/PointCsv.h"
-#include "tools/zorctl/Scenario.h"
-#include "tools/zorctl/SinceText.h"
+#include "tools/zorctl/scenario/Scenario.h"
+#include "tools/zorctl/settings/PointCsv.h"
+#include "tools/zorctl/text/HexText.h"
+#include "tools/zorctl/text/PlainText.h"
+#include "tools/zorctl/text/SinceText.h"
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string text(data, data + size);
@@ -22,6 +22,6 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     BcdDate date;
     std::string since;
     Require(!ParseDate(text, date) || SinceText(text, since), "date that is none");
-    Require(IsUtf8(AsUtf8(text)), "no UTF-8");
+    Require(IsUtf8(Printable(text)), "no UTF-8");
     return 0;
 }

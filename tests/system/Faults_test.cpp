@@ -30,10 +30,10 @@ struct Kind {
     std::uint32_t stride = 1;
 };
 constexpr Kind kKinds[] = {
-    {"Open", EFault::Open, EIO, 45},
+    {"Open", EFault::Open, EIO, 40},
     {"Write", EFault::Write, ENOSPC, 160},
-    {"Sync", EFault::Sync, EIO, 46},
-    {"Unlink", EFault::Unlink, EIO, 10},
+    {"Sync", EFault::Sync, EIO, 41},
+    {"Unlink", EFault::Unlink, EIO, 9},
     {"Msgsnd", EFault::Msgsnd, EAGAIN, 34},
     {"Msgrcv", EFault::Msgrcv, EINTR, 30},
 #ifndef ZOR_ADDRESS_SANITIZER  // which has an allocator of its own

@@ -162,11 +162,13 @@ TEST_F(PowerCuts, BurstsOfEvents) {
     CheckEveryCut(kEventFile, "tagSOE", kBursts);
 }
 
-TEST_F(PowerCuts, HourlyStep) {
+// All records of an hour, or none.
+TEST_F(PowerCuts, HourlySteps) {
+    constexpr int kHours = 6;
     MakeConfig(kPorts);
     Record(
-        1, [](int) {}, 15 * 60 * 10);
-    CheckEveryCut(kHistoryFile, "tagYC", kPorts);
+        kHours, [](int) {}, 60 * 60 * 10);
+    CheckEveryCut(kHistoryFile, "tagYC", kHours);
 }
 
 }  // namespace

@@ -9,9 +9,9 @@
 #include "tests/support/Databases.h"
 #include "tests/support/Sandbox.h"
 #include "tests/support/StationProcess.h"
-#include "tools/zorctl/Player.h"
-#include "tools/zorctl/StationFiles.h"
-#include "tools/zorctl/StationRows.h"
+#include "tools/zorctl/scenario/Player.h"
+#include "tools/zorctl/settings/StationFiles.h"
+#include "tools/zorctl/settings/StationRows.h"
 
 namespace {
 
@@ -35,7 +35,7 @@ double Play(const std::string& name, std::int64_t start) {
     CMainChannel channel;
     EXPECT_TRUE(channel.Open(DeadlineIn(0), stop));
     CBenchShm live;
-    CEventReader events(AppFile(kEventFile));
+    CEventReader events(kAppDirectory);
     CPlayLog log(EPlayOutput::All);
     CPlayer player(scenario, {live, channel, stop, events, log});
     const std::int64_t began = process.Micros();

@@ -1,7 +1,0 @@
-#include "tools/zorctl/SharedSegment.h"
-
-// On a unit the segment belongs to the acquisition processes, and where it lies is the closed library's
-// secret.
-SharedSegmentState LookAtSharedSegment() {
-    return {};
-}

@@ -1,0 +1,88 @@
+// zorctl init: the databases that a station has before the process starts.
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <system_error>
+#include <vector>
+
+#include "System/AppFiles.h"
+#include "points/PortNumbering.h"
+#include "tools/zorctl/commands/Commands.h"
+#include "tools/zorctl/settings/PointCsv.h"
+#include "tools/zorctl/settings/StationFiles.h"
+#include "tools/zorctl/settings/StationRows.h"
+#include "tools/zorctl/text/PlainText.h"
+
+namespace {
+
+struct InitOptions {
+    std::string directory;
+    int ports = 1;
+    std::string yxFile;
+    std::string ycFile;
+    bool force = false;
+};
+
+// Replaces `rows` by the points of `path`. Names every fault of the file, up to a limit.
+bool ReadPoints(const PointTable& table, const std::string& path, std::vector<PointRow>& rows) {
+    constexpr std::size_t kMostTroubles = 20;
+    std::string text;
+    if (const std::string trouble = ReadWholeFile(path, text); !trouble.empty()) {
+        Complain(trouble);
+        return false;
+    }
+    rows.clear();
+    const std::vector<TextTrouble> troubles = ReadPointCsv(table, text, rows);
+    for (std::size_t i = 0; i < std::min(troubles.size(), kMostTroubles); ++i)
+        Complain(path + ':' + std::to_string(troubles[i].at.line) + ':' +
+                 std::to_string(troubles[i].at.column) + ": " + troubles[i].what);
+    if (troubles.size() > kMostTroubles)
+        Complain(path + ": and " + std::to_string(troubles.size() - kMostTroubles) + " faults more");
+    return troubles.empty();
+}
+
+EExit Init(const InitOptions& options) {
+    namespace fs = std::filesystem;
+    std::vector<PointRow> yx = StationYxRows();
+    std::vector<PointRow> yc = StationYcRows(options.ports);
+    bool good = options.yxFile.empty() || ReadPoints(YxTable(), options.yxFile, yx);
+    good = (options.ycFile.empty() || ReadPoints(YcTable(), options.ycFile, yc)) && good;
+    if (!good) return EExit::Failed;
+    const fs::path directory(options.directory);
+    const std::string config = (directory / kConfigFile).string();
+    const std::string points = (directory / kPointSettingFile).string();
+    std::error_code error;
+    fs::create_directories(directory, error);
+    if (error) return Complain(options.directory + ": " + error.message());
+    for (const std::string& path : {config, points})
+        if (!options.force && fs::exists(fs::symlink_status(path, error)))
+            return Complain(path + " is there already; --force replaces it");
+
+    for (const std::string& trouble :
+         {WriteConfiguration(config, options.ports), WritePointSettings(points, yx, yc)})
+        if (!trouble.empty()) return Complain(trouble);
+    PrintLine(config);
+    PrintLine(points);
+    return EExit::Done;
+}
+
+}  // namespace
+
+void AddInit(CLI::App& parent, EExit& result) {
+    auto options = std::make_shared<InitOptions>();
+    CLI::App* command = parent.add_subcommand(
+        "init", "Write the configuration and point-settings databases of a station into DIR");
+    command->add_option("DIR", options->directory, "Directory, made where it is missing")->required();
+    command->add_option("--ports", options->ports, "Number of charging ports")
+        ->required()
+        ->check(CLI::Range(1, kMaxPorts));
+    command->add_option("--yx", options->yxFile, "CSV file of the status points; a plausible set without it");
+    command->add_option("--yc", options->ycFile, "CSV file of the telemetry points; likewise");
+    command->add_flag("--force", options->force, "Replace files that are there");
+    command->footer(
+        "The files begin with a line of column names, in any order; zorctl export shows them all.");
+    command->callback([options, &result] { result = Init(*options); });
+}

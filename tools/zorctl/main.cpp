@@ -1,5 +1,0 @@
-#include "tools/zorctl/Commands.h"
-
-int main(int argc, char** argv) {
-    return RunZorctl(argc, argv);
-}

@@ -1,0 +1,18 @@
+// Point tables as CSV: a header line of column names in any order, then one point per line.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "tools/zorctl/settings/PointTable.h"
+#include "tools/zorctl/text/Csv.h"
+
+class CSqliteTable;
+
+// Appends the points in `text` to `rows`; columns and values that are not given take their defaults. Returns
+// everything that is wrong with the text, in its order; the rows are then of no use.
+std::vector<TextTrouble> ReadPointCsv(const PointTable& table, const std::string& text,
+                                      std::vector<PointRow>& rows);
+
+// All columns in their order and all rows of `settings`, read by position.
+std::string WritePointCsv(const PointTable& table, const CSqliteTable& settings);
