@@ -60,16 +60,11 @@ Captured Capture(const std::function<void()>& run) {
     return {out.Take(), err.Take()};
 }
 
-std::string Masked(const std::string& output) {
-    static const std::regex numbers("((\033\\[1;32;40m\\w+)\\.[0-9]+|(Line): [0-9]+)(: |, )");
-    return std::regex_replace(output, numbers, "$2$3.#$4");
-}
-
 std::string Plain(const std::string& output) {
-    static const std::regex lineBreak("\n\033\\[0m\r\n");
-    static const std::regex line("\033\\[1;32;40m(\\w+)\\.#: ([^\033]*)\033\\[0m\r\n");
-    return std::regex_replace(std::regex_replace(Masked(output), lineBreak, "\\n\033[0m\r\n"), line,
-                              "$1: $2\n");
+    static const std::regex head("\033\\[1;32;40m(\\w+)\\.[0-9]+: "), number("(Line): [0-9]+, ");
+    static const std::regex lineBreak("\n\033\\[0m\r\n"), end("\033\\[0m\r\n");
+    std::string plain = std::regex_replace(std::regex_replace(output, head, "$1: "), number, "$1.#, ");
+    return std::regex_replace(std::regex_replace(plain, lineBreak, "\\n\n"), end, "\n");
 }
 
 std::vector<std::vector<std::string>> Table(const std::string& lines) {

@@ -27,11 +27,8 @@ struct Captured {
 };
 Captured Capture(const std::function<void()>& run);
 
-// `output` with every source line number replaced by '#', in headers and in the one text that has one.
-std::string Masked(const std::string& output);
-
-// `output` as people read it: diagnostic lines as "Operation: text", without colours and source lines; a line
-// break inside a text as "\n".
+// `output` as people read it: diagnostic lines as "Operation: text", without colours and source lines ('#'
+// for the one in a text); a line break inside a text as "\n".
 std::string Plain(const std::string& output);
 // The texts of the lines of one operation in such an output, joined by ';', without line breaks of their own.
 std::string Texts(const std::string& plain, const std::string& operation);

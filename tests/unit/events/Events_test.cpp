@@ -363,6 +363,18 @@ TEST_F(Events, EventsOfALockedFileAreKept) {
     }
 }
 
+// However many there are when somebody reads on.
+TEST_F(Events, LongWalkWhoseCommitFails) {
+    MakeStore();
+    Load(YxRows(40));
+    for (int point = 0; point < 40; ++point) live.SetSignal(point, 1);
+    auto lock = Lock(kReader);
+    Walk();
+    lock.reset();
+    Walk();
+    EXPECT_EQ(41, QueryNumber(m_file, "SELECT count(*) FROM tagSOE"));
+}
+
 TEST_F(Events, MeasurementsWaitWithTheirEvent) {
     MakeStore();
     LoadThree();
