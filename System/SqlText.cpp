@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <cstring>
 
-const char* CSqlTextBase::Quoted(const char* value) {
+const char* CSqlTextBase::Quotable(const char* value) {
     if (std::strchr(value, '\'') != nullptr) m_defect = "a value holds an apostrophe";
     return value;
 }

@@ -12,7 +12,7 @@ class CSqlTextBase {
 
     // For a value that stands between single quotes. Returns `value`; where it would end the quotes, the
     // statement will fail.
-    const char* Quoted(const char* value);
+    const char* Quotable(const char* value);
     // Clears the buffer and prints the statement into it.
     void Format(const char* format, ...) __attribute__((format(printf, 2, 3)));
 

@@ -72,7 +72,7 @@ class CSqliteTable {
     bool Ok() const { return m_result == SQLITE_OK; }
     // True for a failure that says nothing about the file's content: it was locked, could not be read or
     // mended just now, or memory had run out.
-    bool NotNow() const {
+    bool IsPassing() const {
         return !Ok() && m_result != SQLITE_ERROR && m_result != SQLITE_CORRUPT && m_result != SQLITE_NOTADB;
     }
     // True when the system could not read the file; it may the next time.

@@ -4,11 +4,10 @@
 //   2. ipc/      message channel to zor_main, outbound queue, inbound commands
 //   3. points/   point settings, real-time YC database
 //   4. events/   detection of status changes, event database
-//   5. reports/  the scheduler tick and the reports it posts
+//   5. reports/  what is due per tick, and the reports it posts; the tick itself is app/Tick.cpp
 //   6. history/  charging-record history: requests, resend, acknowledgements
 //
-// The state follows the operations, in the order in which it is constructed; the folder that writes a field
-// stands beside it. Nothing is implemented here.
+// The state follows the operations, by the folder that writes it. Nothing is implemented here.
 #pragma once
 
 #include <sys/types.h>
@@ -44,13 +43,13 @@ inline constexpr std::int32_t kAcCharger = 2;
 class CMyIPC {};
 
 // What belongs to one port.
-struct PortState {
-    std::uint8_t lastStateCode = 0;     // reports: charging-state code of the last A1_14; 0 is no code
-    std::uint32_t snapshotTicks = 0;    // reports: ticks since the last full signal snapshot
-    std::uint32_t chargingTicks = 0;    // reports: ticks since the last charging status
-    std::uint32_t chargingReports = 0;  // reports: charging statuses since the charging began
-    std::uint32_t idleTicks = 0;        // reports: ticks since the last idle status
-    PortSignals signals;                // reports
+struct PortProgress {
+    std::uint8_t lastStateCode = 0;     // charging-state code of the last A1_14; 0 is no code
+    std::uint32_t snapshotTicks = 0;    // ticks since the last full signal snapshot
+    std::uint32_t chargingTicks = 0;    // ticks since the last charging status
+    std::uint32_t chargingReports = 0;  // charging statuses since the charging began
+    std::uint32_t idleTicks = 0;        // ticks since the last idle status
+    PortSignals signals;
 };
 
 // What tells one state of the system's time-zone file from another.
@@ -131,7 +130,8 @@ class CRuntimeData {
     int InsertSOE(int value, int pointNumber, int table, const std::string& event);
 
     // ---- 5. reports/ ----
-    // Schedule.cpp, ChargingStatus.cpp, IdleStatus.cpp, SignalReports.cpp, PortState.cpp
+    // Refresh.cpp, ChargingStatus.cpp, IdleStatus.cpp, SignalReports.cpp, PortState.cpp; SchedulerTick:
+    // app/Tick.cpp
 
     // One pass over everything that happens per tick, in fixed order.
     void SchedulerTick();
@@ -157,7 +157,7 @@ class CRuntimeData {
     void Send_DC_A1_14(int port);
 
     // ---- 6. history/ ----
-    // HistoryDatabase.cpp, Snapshots.cpp, Cache.cpp, ChargingRecord.cpp
+    // HistoryDatabase.cpp, Hourly.cpp, Requests.cpp, Resend.cpp, ChargingRecord.cpp
 
     // Judges the history database at start-up. 0 keeps the file (the counters are then restored from it), 1
     // says that it was an old one, or that it cannot be read twice in a row, and has been removed. A file
@@ -242,44 +242,56 @@ class CRuntimeData {
     void FillHour(YcHistoryRecord& record, const CSqliteTable& table, int row, const char* date, int h);
     void RaiseSendCounts(CSqliteDb& database, const SentRow* rows, int count);
 
-    PortState& Port(int port) { return m_ports[static_cast<std::size_t>(port)]; }
+    PortProgress& Port(int port) { return m_ports[static_cast<std::size_t>(port)]; }
 
-    CShmCTRL* m_shm = nullptr;             // app; not owned
-    std::list<YxPointRecord> m_yxPoints;   // points; their states: events
-    std::list<YcGroup> m_ycGroups;         // points; their values: reports
-    std::vector<GroupPlaces> m_places;     // reports; of the groups, in their order
-    CRTDB m_rtdb;                          // points
-    std::string m_databaseDirectory;       // app; kept with every label set
-    std::uint8_t m_startFlagA = 1;         // app; read by nobody
-    std::uint8_t m_startFlagB = 1;         // app; read by nobody
-    std::int32_t m_lastHour = 0;           // reports: hour of the last charging records
-    std::int32_t m_recordValue = 0;        // events: last id seen in tagSOE or tagErrMsg
-    std::int32_t m_queueId = -1;           // app: the System V queue
-    std::int32_t m_lastReceiveResult = 0;  // ipc: what the last msgrcv returned
-    std::int32_t m_chargerKind = 0;        // app
-    std::int32_t m_sendflag = 0;           // ipc: 1 while reporting is on
-    std::array<PortState, kPortSlots> m_ports{};
-    std::uint32_t m_idleSequence = 0;  // reports: sequence number of the next idle status
-    // Switching counters by port number; the names are those of the charging record.
-    std::array<std::int32_t, kPortSlots> k1Cnt{};  // events
-    std::array<std::int32_t, kPortSlots> k2Cnt{};  // events
-    std::uint32_t m_workReportTicks = 1800;        // ipc: interval of the charging status
-    std::uint32_t m_idleReportTicks = 1800;        // ipc: interval of the idle status
-    std::uint32_t m_yxReportTicks = 600;           // ipc: interval of the full signal snapshot
-    std::uint32_t m_minuteIntervalTicks = 36000;   // ipc: stored for zor_main, read by nobody
-    std::int32_t m_forceYxReport = 0;              // ipc sets it, the first port step that sees it clears it
-    std::uint32_t m_tickPeriodMs = 100;            // app; never changes
-    std::int32_t m_datacache = 0;                  // history: pending records last counted
-    std::int32_t m_resendRest = 0;                 // history: ticks in which nothing is resent
-    std::time_t m_lastZoneSecond = 0;              // reports: second in which the zone was last looked at
-    ZoneFile m_zoneFile;                           // reports
-    std::int32_t m_lastCacheHour = 0;              // reports: hour of the last count
-    std::int32_t m_portCount = 0;                  // app: 1 to 8 once GetPort has run
-    CMyIPC m_ipc;
-    CLinuxMsgQueue* m_outboundQueue = nullptr;  // app; never deleted, null when the System V queue is missing
-    CFailureLog m_failures;
+    // -- state, by the folder that writes it
+    // app/
+    CShmCTRL* m_shm = nullptr;        // not owned
+    std::string m_databaseDirectory;  // kept with every label set
+    std::uint8_t m_startFlagA = 1;    // read by nobody
+    std::uint8_t m_startFlagB = 1;    // read by nobody
+    std::int32_t m_chargerKind = 0;
+    std::int32_t m_portCount = 0;        // 1 to 8 once GetPort has run
+    std::uint32_t m_tickPeriodMs = 100;  // never changes
+    std::int32_t m_lastHour = 0;         // hour of the last charging records
+    std::int32_t m_lastCacheHour = 0;    // hour of the last count of pending ones
+    std::time_t m_lastZoneSecond = 0;    // second in which the zone was last looked at
+    ZoneFile m_zoneFile;
+    CFailureLog m_failures;  // everybody
     // What waiting for locked files a tick has left, one budget for each file.
     CBusyWait m_eventWait{kBusyInLoopMs};
     CBusyWait m_historyWait{kBusyInLoopMs};
-    CEventWalk m_walk{m_failures, m_eventWait};  // events
+
+    // ipc/
+    CMyIPC m_ipc;
+    std::int32_t m_queueId = -1;                  // the System V queue; app at first
+    std::int32_t m_lastReceiveResult = 0;         // what the last msgrcv returned
+    CLinuxMsgQueue* m_outboundQueue = nullptr;    // never deleted, null when the System V queue is missing
+    std::int32_t m_sendflag = 0;                  // 1 while reporting is on
+    std::uint32_t m_workReportTicks = 1800;       // interval of the charging status
+    std::uint32_t m_idleReportTicks = 1800;       // interval of the idle status
+    std::uint32_t m_yxReportTicks = 600;          // interval of the full signal snapshot
+    std::uint32_t m_minuteIntervalTicks = 36000;  // stored for zor_main, read by nobody
+    std::int32_t m_forceYxReport = 0;             // the first port step that sees it clears it
+
+    // points/
+    std::list<YxPointRecord> m_yxPoints;  // their states: events
+    std::list<YcGroup> m_ycGroups;        // their values: reports
+    CRTDB m_rtdb;
+
+    // events/
+    CEventWalk m_walk{m_failures, m_eventWait};
+    std::int32_t m_recordValue = 0;  // last id seen in tagSOE or tagErrMsg
+    // Switching counters by port number; the names are those of the charging record.
+    std::array<std::int32_t, kPortSlots> k1Cnt{};  // history at start-up
+    std::array<std::int32_t, kPortSlots> k2Cnt{};
+
+    // reports/
+    std::array<PortProgress, kPortSlots> m_ports{};
+    std::vector<GroupPlaces> m_places;  // of the groups, in their order
+    std::uint32_t m_idleSequence = 0;   // sequence number of the next idle status
+
+    // history/
+    std::int32_t m_datacache = 0;   // pending records last counted
+    std::int32_t m_resendRest = 0;  // ticks in which nothing is resent
 };

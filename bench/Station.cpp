@@ -100,7 +100,7 @@ void BenchStation::StoreEventsSingly() {
 
 void BenchStation::ForgetReported(int port) {
     constexpr std::uint8_t kNoState = 0xFF;
-    PortState& state = runtime.Port(port);
+    PortProgress& state = runtime.Port(port);
     PortSignals& signals = state.signals;
     state.lastStateCode = 0;
     std::fill(signals.lastReported.begin(), signals.lastReported.end(), kNoState);

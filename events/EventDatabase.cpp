@@ -26,7 +26,7 @@ EventTime::EventTime(std::time_t when) {
 
 void FormatSoeRow(EventSql& sql, std::uint32_t id, const Event& event) {
     sql.Format("INSERT INTO tagSOE values('%d','%s','%d','%d','%d','%s')", static_cast<std::int32_t>(id),
-               sql.Quoted(event.text), event.value, event.pointNumber, event.table,
+               sql.Quotable(event.text), event.value, event.pointNumber, event.table,
                EventTime(event.when).text);
 }
 
@@ -36,7 +36,7 @@ int SwitchingCounterOf(int pointNumber, int portCount) {
     return port < kPortSlots ? port : -1;
 }
 
-int ErrorSnapshotBase(int pointNumber, int value) {
+int MeasuredPortBase(int pointNumber, int value) {
     return value == 1 && LiesPortsAbove(pointNumber, kFirstFaultPoint) ? pointNumber - kFirstFaultPoint : -1;
 }
 
@@ -72,8 +72,8 @@ void CRuntimeData::PrepareSoeTable(CSqliteDb& database) {
     if (master.Rows() > 0) {
         const CSqliteTable last(database, kSelectLastSoe);
         // A table that is locked just now is not an old one: it keeps its rows. One without an id is old.
-        if (last.NotNow()) CDiagLine("InitSOE").Print("sqlite3_get_table Fail:\n");
-        if (last.NotNow() || last.Columns() >= kSoeColumns) return;
+        if (last.IsPassing()) CDiagLine("InitSOE").Print("sqlite3_get_table Fail:\n");
+        if (last.IsPassing() || last.Columns() >= kSoeColumns) return;
         ExecEventSetUp(database, "DROP TABLE tagSOE");
         CDiagLine("InitSOE").Print("Table tagSOE Exists, but not new!");
     }
@@ -95,7 +95,7 @@ int CRuntimeData::InsertSOE(int value, int pointNumber, int table, const std::st
     if (!store.Open(m_eventWait)) return 0;
     CountSwitching(pointNumber, table);
     ErrorMessage measurements{};
-    const int base = table == 0 ? ErrorSnapshotBase(pointNumber, value) : -1;
+    const int base = table == 0 ? MeasuredPortBase(pointNumber, value) : -1;
     if (base >= 0) measurements = ReadErrorMessage(*m_shm, base);
     store
         .Store({event.c_str(), value, pointNumber, table, std::time(nullptr),

@@ -39,4 +39,4 @@ int SwitchingCounterOf(int pointNumber, int portCount);
 
 // Base of the port whose charging measurements are recorded when `pointNumber` of the YX table takes `value`,
 // or -1. The fault point of the first port records none.
-int ErrorSnapshotBase(int pointNumber, int value);
+int MeasuredPortBase(int pointNumber, int value);

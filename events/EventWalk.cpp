@@ -32,7 +32,7 @@ void CEventWalk::Add(const YxPointRecord& point, bool rising, CShmCTRL& shm) {
     if (!HasRoom()) return;
     const std::uint8_t value = point.current;
     StatusChange change{&point, std::time(nullptr), nullptr, value, rising, false};
-    const int base = point.source == kSourceYx2 ? -1 : ErrorSnapshotBase(point.pointNumber, value);
+    const int base = point.source == kSourceYx2 ? -1 : MeasuredPortBase(point.pointNumber, value);
     if (rising && base >= 0) {
         change.measurements.reset(new (std::nothrow) ErrorMessage(ReadErrorMessage(shm, base)));
         if (!change.measurements)

@@ -122,7 +122,7 @@ int CRuntimeData::CheckYCDB() {
         if (!table.Ok()) CDiagLine(__func__).Print("sqlite3_get_table Fail:\n");
         if (table.ReadFailed() && StaysUnreadable(path.c_str()))
             m_failures.Report(EFailure::HistoryLost, "%s cannot be read: %s", kHistoryFile, table.Error());
-        else if (table.NotNow())
+        else if (table.IsPassing())
             return 0;
         if (table.Rows() > 0 && HasColumn(table, "chargeCnt")) {
             CDiagLine(__func__).Print("tagYC is new, so keep it!");

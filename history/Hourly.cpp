@@ -113,7 +113,7 @@ void CRuntimeData::FormatRecord(CSqlTextBase& sql, std::uint32_t hour, std::uint
         "'%lld','%d','%d')",
         static_cast<int>(port), hour == 0 ? kFirstPending : 0, values.energy, slot[1], slot[2], slot[3],
         slot[4], slot[5], slot[6], slot[7], slot[8], slot[9], values.tradenumber, values.tradeelec,
-        sql.Quoted(values.fretime), slot[10], slot[11], k1Cnt[port], k2Cnt[port]);
+        sql.Quotable(values.fretime), slot[10], slot[11], k1Cnt[port], k2Cnt[port]);
 }
 
 std::int32_t CRuntimeData::InsertYC(std::uint32_t hour, std::uint32_t port) {

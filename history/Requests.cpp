@@ -60,7 +60,7 @@ int CRuntimeData::ReadDBSingleYCdata(const char* date, int port, int hour, YcHis
         sql.Format(
             "SELECT * FROM tagYC WHERE portNo='%d' AND timestamp < '%s %02d:00:%02d' ORDER BY timestamp DESC "
             "LIMIT 1",
-            port, sql.Quoted(date), hour, kHourAnswerEnd);
+            port, sql.Quotable(date), hour, kHourAnswerEnd);
     else
         hours = FormatDayQuery(sql, date, port);
     const CSqliteTable table(database, sql);
@@ -96,7 +96,7 @@ int CRuntimeData::FormatDayQuery(CSqlTextBase& sql, const char* date, int port) 
         line.Print("this is not the same day!");
         sql.Format(
             "select * from tagYC where portNo='%d' and timestamp between '%s 00:00:00' and '%s 23:58:00'",
-            port, sql.Quoted(date), date);
+            port, sql.Quotable(date), date);
         return 24;
     }
     const int hours = now.Hour() + 1;

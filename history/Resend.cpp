@@ -120,7 +120,7 @@ int CRuntimeData::DeletCacheData(const char* prefix, int port) {
     CDiagLine(__func__).Print("You have opened a sqlite3 database named zorycdata.db successfully!");
     CSqlText<128> sql;
     sql.Format("UPDATE tagYC SET sendcount = 0 where portNo='%d' and timestamp LIKE '%s%%'", port,
-               sql.Quoted(prefix));
+               sql.Quotable(prefix));
     if (const int result = database.Exec(sql); result != SQLITE_OK) {
         CDiagLine(__func__).Print("UPDATE data failed: %s\n", database.Error());
         return result;

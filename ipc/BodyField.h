@@ -5,7 +5,7 @@
 #include <cstdint>
 
 // How the bytes of a field are meant.
-enum class EShow : std::uint8_t {
+enum class EFieldForm : std::uint8_t {
     Number,     // unsigned, little-endian
     BigEndian,  // unsigned, most significant byte first
     Reversed,   // a byte string written last byte first
@@ -16,7 +16,7 @@ enum class EShow : std::uint8_t {
 struct BodyField {
     std::uint16_t offset;
     std::uint16_t size;  // bytes
-    EShow show;
+    EFieldForm show;
     const char* name;  // null for fixed bytes
 };
 

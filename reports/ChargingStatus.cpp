@@ -112,7 +112,7 @@ ChargingBody BuildChargingBody(CShmCTRL& shm, const GroupPlaces& places, int por
 void CRuntimeData::Send_DC_A1_5(const GroupPlaces& places, int port) {
     constexpr std::uint32_t kFastReports = 18;  // a charging begins with this many, in quick succession
     constexpr std::uint32_t kFastTicks = 100;
-    PortState& state = Port(port);
+    PortProgress& state = Port(port);
     if (m_shm->Signal(PortBase(port) + kSignalCharging) == 0) {
         state.chargingTicks = 0;
         state.chargingReports = 0;

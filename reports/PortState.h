@@ -67,18 +67,18 @@ constexpr std::uint32_t Fixed(const PortStateSource& /*source*/) {
 }
 
 inline constexpr PortStateField kPortStateFields[] = {
-    {{0, kEquipmentSize, EShow::Reversed, "equipment"}, nullptr},
-    {{8, 1, EShow::Number, "port"},
+    {{0, kEquipmentSize, EFieldForm::Reversed, "equipment"}, nullptr},
+    {{8, 1, EFieldForm::Number, "port"},
      [](const PortStateSource& source) { return static_cast<std::uint32_t>(source.port); }},
-    {{9, 1, EShow::Fixed, nullptr}, Fixed<1>},
-    {{10, 1, EShow::Fixed, nullptr}, Fixed<0>},
-    {{11, 2, EShow::Fixed, nullptr}, Fixed<1000>},
-    {{13, 1, EShow::Fixed, nullptr}, Fixed<0>},
-    {{14, 1, EShow::Number, "state"},
+    {{9, 1, EFieldForm::Fixed, nullptr}, Fixed<1>},
+    {{10, 1, EFieldForm::Fixed, nullptr}, Fixed<0>},
+    {{11, 2, EFieldForm::Fixed, nullptr}, Fixed<1000>},
+    {{13, 1, EFieldForm::Fixed, nullptr}, Fixed<0>},
+    {{14, 1, EFieldForm::Number, "state"},
      [](const PortStateSource& source) { return std::uint32_t{source.stateCode}; }},
-    {{15, 1, EShow::Fixed, nullptr}, Fixed<0>},
-    {{16, 1, EShow::Fixed, nullptr}, Fixed<0>},
-    {{17, 1, EShow::Fixed, nullptr}, Fixed<1>},
+    {{15, 1, EFieldForm::Fixed, nullptr}, Fixed<0>},
+    {{16, 1, EFieldForm::Fixed, nullptr}, Fixed<0>},
+    {{17, 1, EFieldForm::Fixed, nullptr}, Fixed<1>},
 };
 inline constexpr std::size_t kPortStateSize = 18;
 static_assert(CoversBody(kPortStateFields, kPortStateSize));

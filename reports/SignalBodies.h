@@ -10,37 +10,37 @@
 #include "points/PointRecords.h"
 
 // All three begin alike.
-inline constexpr BodyField kListEquipment{0, kEquipmentSize, EShow::Reversed, "equipment"};
-inline constexpr BodyField kListPort{8, 1, EShow::Number, "port"};
+inline constexpr BodyField kListEquipment{0, kEquipmentSize, EFieldForm::Reversed, "equipment"};
+inline constexpr BodyField kListPort{8, 1, EFieldForm::Number, "port"};
 
 // A1_13, every selected point.
-inline constexpr BodyField kSnapshotCount{9, 1, EShow::Number, "count"};
-inline constexpr BodyField kSnapshotFaultA{11, 1, EShow::Number, "faultA"};
-inline constexpr BodyField kSnapshotFaultB{12, 1, EShow::Number, "faultB"};
+inline constexpr BodyField kSnapshotCount{9, 1, EFieldForm::Number, "count"};
+inline constexpr BodyField kSnapshotFaultA{11, 1, EFieldForm::Number, "faultA"};
+inline constexpr BodyField kSnapshotFaultB{12, 1, EFieldForm::Number, "faultB"};
 inline constexpr BodyField kSnapshotHead[] = {kListEquipment, kListPort, kSnapshotFaultA, kSnapshotFaultB};
 inline constexpr BodyField kSnapshotEntry[] = {
-    {0, 3, EShow::Number, "address"},
-    {3, 1, EShow::Number, "value"},
+    {0, 3, EFieldForm::Number, "address"},
+    {3, 1, EFieldForm::Number, "value"},
 };
 inline constexpr ListBodyLayout kSnapshotLayout{13, 4, 0, 1024, kSnapshotCount};
 
 // A1_11, changed points.
-inline constexpr BodyField kChangesFaultA{9, 1, EShow::Number, "faultA"};
-inline constexpr BodyField kChangesFaultB{10, 1, EShow::Number, "faultB"};
-inline constexpr BodyField kChangesCount{11, 1, EShow::Number, "count"};
+inline constexpr BodyField kChangesFaultA{9, 1, EFieldForm::Number, "faultA"};
+inline constexpr BodyField kChangesFaultB{10, 1, EFieldForm::Number, "faultB"};
+inline constexpr BodyField kChangesCount{11, 1, EFieldForm::Number, "count"};
 inline constexpr BodyField kChangesHead[] = {kListEquipment, kListPort, kChangesFaultA, kChangesFaultB};
 inline constexpr BodyField kChangesEntry[] = {
-    {0, 2, EShow::Number, "address"},
-    {2, 1, EShow::Number, "value"},
+    {0, 2, EFieldForm::Number, "address"},
+    {2, 1, EFieldForm::Number, "value"},
 };
 inline constexpr ListBodyLayout kChangesLayout{12, 3, 0, 512, kChangesCount};
 
 // A1_15, changed gun signals. Bytes of an entry that are not named are fixed.
-inline constexpr BodyField kGunCount{9, 2, EShow::Number, "count"};
+inline constexpr BodyField kGunCount{9, 2, EFieldForm::Number, "count"};
 inline constexpr BodyField kGunHead[] = {kListEquipment, kListPort};
-inline constexpr BodyField kGunSignal{0, 1, EShow::Number, "signal"};
-inline constexpr BodyField kGunMark{1, 1, EShow::Fixed, nullptr};
-inline constexpr BodyField kGunValue{3, 1, EShow::Number, "value"};
+inline constexpr BodyField kGunSignal{0, 1, EFieldForm::Number, "signal"};
+inline constexpr BodyField kGunMark{1, 1, EFieldForm::Fixed, nullptr};
+inline constexpr BodyField kGunValue{3, 1, EFieldForm::Number, "value"};
 inline constexpr BodyField kGunEntry[] = {kGunSignal, kGunValue};
 inline constexpr ListBodyLayout kGunLayout{11, 5, 1, 512, kGunCount};
 inline constexpr std::uint8_t kGunEntryMark = 7;     // second byte of an entry

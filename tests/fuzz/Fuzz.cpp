@@ -77,7 +77,7 @@ std::uint8_t* FuzzStation::Entry(const CShmLayout::Table& table, int index) {
 }
 
 void FuzzStation::Tick() {
-    for (PortState& port : runtime.m_ports) port.chargingReports = 1000;  // past those in quick succession
+    for (PortProgress& port : runtime.m_ports) port.chargingReports = 1000;  // past those in quick succession
     runtime.SchedulerTick();
     CheckPosted();
 }

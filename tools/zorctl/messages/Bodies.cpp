@@ -21,7 +21,7 @@ constexpr std::size_t kWidestNumber = 8;  // bytes
 // What the field holds of the body, entry or area at `base`.
 DecodedField Show(const BodyField& field, const std::uint8_t* base) {
     const std::uint8_t* bytes = base + field.offset;
-    if (field.show == EShow::Reversed) {
+    if (field.show == EFieldForm::Reversed) {
         std::vector<std::uint8_t> turned(field.size);
         CopyReversed(turned.data(), bytes, field.size);
         return {field.name, HexText(turned.data(), turned.size()), false};
