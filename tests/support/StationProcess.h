@@ -47,7 +47,8 @@ class CStationProcess {
     std::string TakeOutput();
     std::string Errors() const;
     pid_t Pid() const { return m_pid; }
-    // Memory in RAM that is the process's own, KiB. Pages of files come and go with what else the machine does.
+    // Memory in RAM that is the process's own, KiB. Pages of files come and go with what else the machine
+    // does.
     long PrivateKb() const;
 
   private:
