@@ -4,7 +4,6 @@
 #include <array>
 #include <cstdint>
 
-#include "System/SqlRows.h"
 #include "System/Sqlite.h"
 #include "history/HistoryRecord.h"
 

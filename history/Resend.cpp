@@ -10,7 +10,7 @@
 #include "System/AppFiles.h"
 #include "System/DiagLine.h"
 #include "System/Numbers.h"
-#include "System/SqlRows.h"
+#include "System/Sqlite.h"
 #include "app/RuntimeData.h"
 #include "history/ChargingRecord.h"
 #include "history/HistoryDatabase.h"

@@ -58,6 +58,12 @@ TEST_F(CommonTools, SetClock) {
                   EXPECT_EQ(-1, CCommonTools::SetSystemTime(2023, 8, 30, 10, 44, 0));
               }));
     EXPECT_EQ("", asked.command);
+    // Half a date is none, and touches no clock.
+    asked = {0, {}, ""};
+    for (const char* text : {"", "2023", "2023-08-30", "2023-08-30 10:44", "2023/08/30 10:44:12"})
+        EXPECT_EQ("Set system datatime error!/n",
+                  Printed([&] { EXPECT_EQ(-1, CCommonTools::SetSystemTime(text)); }));
+    EXPECT_EQ(0, asked.clock.tv_sec);
 }
 
 TEST_F(CommonTools, Records) {
