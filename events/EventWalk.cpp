@@ -47,7 +47,8 @@ bool CEventWalk::Open() {
     if (m_kept > 0) m_wait.Refuse();
     while (!m_store.Open(m_wait)) {
         // It costs what waited, and of the others one for each try.
-        m_changes.erase(m_changes.begin(), m_changes.begin() + static_cast<std::ptrdiff_t>(m_kept) + 1);
+        const std::size_t lost = std::min(m_kept + 1, m_changes.size());
+        m_changes.erase(m_changes.begin(), m_changes.begin() + static_cast<std::ptrdiff_t>(lost));
         m_kept = 0;
         if (m_changes.empty()) return false;
     }

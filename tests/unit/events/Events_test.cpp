@@ -391,6 +391,26 @@ TEST_F(Events, MeasurementsWaitWithTheirEvent) {
               Rows("SELECT substr(event, 1, 13), timestamp FROM tagErrMsg"));
 }
 
+// Each event of a file that is gone says so; those that had waited go with the first.
+TEST_F(Events, AFileThatIsGone) {
+    MakeStore();
+    LoadThree();
+    auto lock = Lock();
+    SetThree(1);
+    Walk();
+    lock.reset();
+    std::filesystem::remove_all(kAppDirectory);
+    const std::string gone = "Can't open database: unable to open database file\n";
+    Walk();
+    EXPECT_EQ(gone, errors);
+    SetThree(0);
+    Walk();
+    EXPECT_EQ(gone + gone + gone, errors);
+    Walk();
+    EXPECT_EQ("", errors);
+    EXPECT_EQ(1, runtime.k1Cnt[1]);
+}
+
 TEST_F(Events, NoMoreThanTenThousandWait) {
     constexpr int kMost = 10000;
     MakeStore();
