@@ -60,7 +60,7 @@ a segment or a queue that is no longer there.
   170|2052|PID|05 00 86 d6 00 00 01
   138|2052|PID|12 00 85 26 e8 03 b4 00 b4 00 b4 00 b4 00 3c 00 00 00 3c 00
   $ START=$(($(date +%s) + 60)) troubles
-  $ kill -STOP ${pids[0]}
+  $ kill -STOP ${pids[0]}; until grep -q "^State:.T" /proc/${pids[0]}/status; do :; done
   $ troubles
   trouble   zor_runtime PID1 is stopped
   [1]
