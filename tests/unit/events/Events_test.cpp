@@ -21,13 +21,13 @@ constexpr char kNoRows[] = "DELETE FROM tagSOE WHERE id > 1; DELETE FROM tagErrM
 class CEvents : public CStationTest {
   protected:
     void MakeStore() {
-        std::filesystem::remove(m_file);
+        std::filesystem::remove(file);
         Printed([&] { EXPECT_EQ(0, runtime.InitSOE()); });
     }
-    void Sql(const std::string& sql) { RunSql(m_file, sql); }
+    void Sql(const std::string& sql) { RunSql(file, sql); }
     std::string Rows(const std::string& sql = "SELECT id, event FROM tagSOE WHERE id > 1 ORDER BY id") {
         std::string all;
-        for (const std::string& row : QueryRows(m_file, sql)) all += row + '\n';
+        for (const std::string& row : QueryRows(file, sql)) all += row + '\n';
         return all;
     }
     std::string Ids(const std::string& table = "tagSOE") {
@@ -58,10 +58,10 @@ class CEvents : public CStationTest {
         return lines;
     }
     std::unique_ptr<CForeignLock> Lock(const char* statements = CForeignLock::kWriter) {
-        return std::make_unique<CForeignLock>(m_file, statements);
+        return std::make_unique<CForeignLock>(file, statements);
     }
 
-    const std::string m_file = AppFile(kEventFile);
+    const std::string file = AppFile(kEventFile);
 };
 using Events = CEvents;
 
@@ -85,16 +85,16 @@ TEST_F(Events, WhatStartUpMakesOfAFile) {
     };
     for (const auto& c : kCases) {
         SCOPED_TRACE(c.name);
-        std::filesystem::remove(m_file);
+        std::filesystem::remove(file);
         Sql(c.made);
         EXPECT_THAT(Printed([&] { runtime.InitSOE(); }), testing::HasSubstr(c.says));
         EXPECT_EQ(c.holds, Rows("SELECT * FROM tagSOE"));
-        EXPECT_EQ(1, QueryNumber(m_file, "SELECT count(*) FROM sqlite_master WHERE name = 'tagErrMsg'"));
+        EXPECT_EQ(1, QueryNumber(file, "SELECT count(*) FROM sqlite_master WHERE name = 'tagErrMsg'"));
     }
-    WriteText(m_file, "no database at all, but long enough to be looked at twice");
+    WriteText(file, "no database at all, but long enough to be looked at twice");
     EXPECT_THAT(Printed([&] { runtime.InitSOE(); }), testing::HasSubstr("sqlite3_get_table Fail:"));
     // Being locked is not being old, also where the lock comes between two looks.
-    std::filesystem::remove(m_file);
+    std::filesystem::remove(file);
     Sql("CREATE TABLE tagSOE(id)");
     auto lock = Lock();
     Printed([&] { runtime.InitSOE(); });
@@ -271,7 +271,7 @@ TEST_F(Events, FailingStatements) {
         EXPECT_EQ(std::string(c.error) + " error!: no room\n", errors);
         std::string rows;
         for (const std::string& row :
-             QueryRows(m_file, "SELECT substr(event, 8, 1) FROM tagSOE WHERE id > 1 ORDER BY id"))
+             QueryRows(file, "SELECT substr(event, 8, 1) FROM tagSOE WHERE id > 1 ORDER BY id"))
             rows += (rows.empty() ? "" : " ") + row;
         EXPECT_EQ(c.rows, rows);
         EXPECT_EQ(1, runtime.k1Cnt[1]);
@@ -372,7 +372,7 @@ TEST_F(Events, LongWalkWhoseCommitFails) {
     Walk();
     lock.reset();
     Walk();
-    EXPECT_EQ(41, QueryNumber(m_file, "SELECT count(*) FROM tagSOE"));
+    EXPECT_EQ(41, QueryNumber(file, "SELECT count(*) FROM tagSOE"));
 }
 
 TEST_F(Events, MeasurementsWaitWithTheirEvent) {
@@ -427,7 +427,7 @@ TEST_F(Events, NoMoreThanTenThousandWait) {
     lock.reset();
     Walk();
     EXPECT_EQ("2|[Fault]Point 0 1 -> 0\n", Rows("SELECT id, event FROM tagSOE WHERE id = 2"));
-    EXPECT_EQ(kMost + 1, QueryNumber(m_file, "SELECT max(id) FROM tagSOE"));
+    EXPECT_EQ(kMost + 1, QueryNumber(file, "SELECT max(id) FROM tagSOE"));
 }
 
 // Giving up the lock fails when everything stands on the disk already.

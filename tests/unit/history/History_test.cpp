@@ -21,7 +21,7 @@ namespace fs = std::filesystem;
 
 class CHistory : public CStationTest {
   protected:
-    const std::string m_file = AppFile(kHistoryFile);
+    const std::string file = AppFile(kHistoryFile);
 };
 using History = CHistory;
 
@@ -100,16 +100,16 @@ constexpr Layout kLayouts[] = {
 class CHistoryIndexes : public CHistory, public testing::WithParamInterface<Layout> {
   protected:
     std::string Any(std::initializer_list<const char*> values) {
-        return data(values)[m_random() % values.size()];
+        return data(values)[random() % values.size()];
     }
     // A small table of few ports and times; its rows are told apart by their charge counts.
     void MakeTable() {
-        fs::remove(m_file);
+        fs::remove(file);
         const std::string table = "CREATE TABLE tagYC(" + std::string(GetParam().create) + "," + kRest + ");";
         std::string rows;
-        std::vector<int> numbers(1 + m_random() % 12);
+        std::vector<int> numbers(1 + random() % 12);
         std::iota(numbers.begin(), numbers.end(), 1);
-        std::shuffle(numbers.begin(), numbers.end(), m_random);
+        std::shuffle(numbers.begin(), numbers.end(), random);
         for (const int number : numbers)
             rows +=
                 "INSERT INTO tagYC SELECT " +
@@ -118,7 +118,7 @@ class CHistoryIndexes : public CHistory, public testing::WithParamInterface<Layo
                 ",0,0,0,0,0,0,0,0,0,0,'ab',NULL,'1','2024-03-0" +
                 Any({"4 00:00:01", "4 00:00:01", "4 01:00:02", "4 02:00:05", "5 00:00:09", "5 01:00:00"}) +
                 "'," + std::to_string(number) + "," + std::to_string(number) + ",NULL,7;";
-        RunSql(m_file, table + rows);
+        RunSql(file, table + rows);
     }
     // All that the history can be asked, and what it leaves behind.
     std::string Answers() {
@@ -137,7 +137,7 @@ class CHistoryIndexes : public CHistory, public testing::WithParamInterface<Layo
             runtime.ReadCacheYCdata(records, count);
             for (const int port : {0, 1, 2}) runtime.DeletCacheData("2024-03-04 00:", port);
         });
-        for (const std::string& row : QueryRows(m_file, "SELECT * FROM tagYC NOT INDEXED"))
+        for (const std::string& row : QueryRows(file, "SELECT * FROM tagYC NOT INDEXED"))
             answers += row + "\n";
         return answers + errors;
     }
@@ -147,26 +147,26 @@ class CHistoryIndexes : public CHistory, public testing::WithParamInterface<Layo
         return Printed([this] { EXPECT_EQ(0, runtime.CheckYCDB()); });
     }
 
-    std::mt19937 m_random{20240305};
+    std::mt19937 random{20240305};
 };
 
 TEST_P(CHistoryIndexes, ChangeNoAnswer) {
     const std::string kept = kScratchDirectory + std::string("kept");
-    for (int round = 0; round < 25 && !HasFailure(); ++round) {
+    for (int round = 0; round < 10 && !HasFailure(); ++round) {
         MakeTable();
-        fs::copy_file(m_file, kept, fs::copy_options::overwrite_existing);
-        if (round % 2 == 0) RunSql(m_file, "CREATE INDEX tagYC_port_time ON tagYC(portNo,timestamp)");
+        fs::copy_file(file, kept, fs::copy_options::overwrite_existing);
+        if (round % 2 == 0) RunSql(file, "CREATE INDEX tagYC_port_time ON tagYC(portNo,timestamp)");
         Start();
         const std::string restored = Start();
-        EXPECT_EQ(GetParam().indexes, QueryNumber(m_file, kCountIndexes));
+        EXPECT_EQ(GetParam().indexes, QueryNumber(file, kCountIndexes));
         const std::string answers = Answers();
 
-        fs::copy_file(kept, m_file, fs::copy_options::overwrite_existing);
+        fs::copy_file(kept, file, fs::copy_options::overwrite_existing);
         {
-            const CForeignLock reader(m_file, "BEGIN; SELECT * FROM tagYC");  // and so there is no index
+            const CForeignLock reader(file, "BEGIN; SELECT * FROM tagYC");  // and so there is no index
             EXPECT_EQ(Start(), restored) << round;
         }
-        EXPECT_EQ(0, QueryNumber(m_file, kCountIndexes));
+        EXPECT_EQ(0, QueryNumber(file, kCountIndexes));
         EXPECT_EQ(Answers(), answers) << round;
     }
 }
@@ -184,17 +184,17 @@ TEST_F(History, FileThatCannotBeLookedAt) {
     } kCases[] = {{false, 0, false, 0}, {false, 1, false, 1}, {false, 2, true, 1}, {true, 0, true, 0}};
     for (const auto& c : kCases) {
         SCOPED_TRACE(c.failures);
-        fs::remove(m_file);
+        fs::remove(file);
         if (c.empty)
-            WriteText(m_file, "");
+            WriteText(file, "");
         else
-            RunSql(m_file, std::string(kCreateYc) + "; INSERT INTO tagYC(portNo,timestamp) VALUES(1,'x')");
+            RunSql(file, std::string(kCreateYc) + "; INSERT INTO tagYC(portNo,timestamp) VALUES(1,'x')");
         FakeClock::Set(FakeClock::kStart);
-        FailStats(m_file, c.failures);
+        FailStats(file, c.failures);
         const std::string out = Printed([this] { StartUp(runtime); });
         FailStats("", 0);
         EXPECT_EQ(c.broken, out.find("is broken, so remove") != std::string::npos) << out;
-        EXPECT_EQ(c.broken ? 0 : 1, QueryNumber(m_file, "SELECT count(*) FROM tagYC"));
+        EXPECT_EQ(c.broken ? 0 : 1, QueryNumber(file, "SELECT count(*) FROM tagYC"));
         EXPECT_EQ(c.seconds * 1000000, FakeClock::Slept());
     }
 }
@@ -210,11 +210,11 @@ sqlite3_int64 Peak(const std::function<void()>& run) {
 class CHistoryOfYears : public CHistory {
   protected:
     void MakeRows(int count, int sendCount) {
-        RunSql(m_file, std::string(kCreateYc) +
-                           "; WITH RECURSIVE n(i) AS (SELECT 0 UNION ALL SELECT i+1 FROM n WHERE i<" +
-                           std::to_string(count - 1) + ") INSERT INTO tagYC(portNo,sendcount,timestamp," +
-                           "chargeCnt,tradenumber) SELECT i%8+1," + std::to_string(sendCount) +
-                           ",datetime('2014-01-01','+'||(i/8)||' hours'),i,hex(zeroblob(16)) FROM n");
+        RunSql(file, std::string(kCreateYc) +
+                         "; WITH RECURSIVE n(i) AS (SELECT 0 UNION ALL SELECT i+1 FROM n WHERE i<" +
+                         std::to_string(count - 1) + ") INSERT INTO tagYC(portNo,sendcount,timestamp," +
+                         "chargeCnt,tradenumber) SELECT i%8+1," + std::to_string(sendCount) +
+                         ",datetime('2014-01-01','+'||(i/8)||' hours'),i,hex(zeroblob(16)) FROM n");
     }
 };
 using HistoryOfYears = CHistoryOfYears;
@@ -222,7 +222,7 @@ using HistoryOfYears = CHistoryOfYears;
 TEST_F(HistoryOfYears, GetsItsIndexesInLittleMemory) {
     MakeRows(150000, 0);
     EXPECT_GT(7 << 20, Peak([this] { Printed([this] { runtime.CheckYCDB(); }); }));
-    EXPECT_EQ(4, QueryNumber(m_file, kCountIndexes));
+    EXPECT_EQ(4, QueryNumber(file, kCountIndexes));
     EXPECT_EQ("", errors);
     EXPECT_EQ(1, std::distance(fs::directory_iterator(kAppDirectory), {}));  // no temporary file is left
 }

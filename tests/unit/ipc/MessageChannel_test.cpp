@@ -55,7 +55,7 @@ TEST_F(MessageChannel, BodyTooLongIsRefusedAndToldOnceAnHour) {
 }
 
 TEST_F(MessageChannel, OneCodePausesTheDrain) {
-    for (const std::uint32_t code : {34512, 34514, 34513}) Post(code);
+    for (const std::uint32_t code : {34512U, 34514U, 34513U}) Post(code);
     Drain(2);
     EXPECT_EQ(0, FakeClock::Slept());
     Drain(1);
