@@ -30,9 +30,9 @@ void MoveOn(std::int64_t nanoseconds) {
         if (due > until) break;
         const char* end = strchrnul(command, '\n');
         char line[4096];
-        std::snprintf(line, sizeof line, "unset CUES LD_PRELOAD; %.*s", static_cast<int>(end - command),
-                      command);
+        std::snprintf(line, sizeof line, "unset CUES; %.*s", static_cast<int>(end - command), command);
         cues = *end != '\0' ? end + 1 : end;
+        unsetenv("LD_PRELOAD");  // the shell may be of another machine
         if (std::system(line) < 0) std::abort();
     }
     now = until;

@@ -23,6 +23,13 @@ std::uint8_t Pair(const std::string& text, std::size_t at) {
     return ToBcd(static_cast<unsigned>((text[at] - '0') * 10 + text[at + 1] - '0'));
 }
 
+// `month` from 0 on.
+int DaysOfMonth(int year, int month) {
+    constexpr int kDays[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+    const bool leap = (year % 4 == 0 && year % 100 != 0) || year % 400 == 0;
+    return kDays[month] + (month == 1 && leap ? 1 : 0);
+}
+
 }  // namespace
 
 Frame BuildSettingsFrame(const ReportSettings& settings) {
@@ -44,7 +51,8 @@ bool ParseDate(const std::string& text, BcdDate& date) {
     std::tm day{};
     char again[16] = "";
     if (strptime(text.c_str(), CDateTime::kDateFormat, &day) == nullptr) return false;
-    timegm(&day);  // makes a day that its month does not have another one
+    // Not through seconds, of which 32 bits end in 2038.
+    if (day.tm_mday > DaysOfMonth(day.tm_year + 1900, day.tm_mon)) return false;
     std::strftime(again, sizeof again, CDateTime::kDateFormat, &day);
     if (text != again) return false;
     date = {Pair(text, 0), Pair(text, 2), Pair(text, 5), Pair(text, 8)};
