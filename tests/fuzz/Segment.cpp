@@ -32,6 +32,7 @@ static void AddPoints(CTestRuntime& runtime, YcPointRecord yc) {
         AppendYxPoint(runtime.m_yxPoints, yx, runtime.m_portCount);
     }
     runtime.SelectReportedPoints();
+    runtime.FindReportedPoints();
 }
 
 // Number of ports, scale and offset of the telemetry points, then steps of table, index, length and bytes for

@@ -61,6 +61,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     TryRows(YcTable(), rows, ParseYcRow,
             [&](const auto& point) { AppendYcPoint(runtime.m_ycGroups, point, runtime.m_portCount); });
     runtime.SelectReportedPoints();
+    runtime.FindReportedPoints();
     for (const YxPointRecord& point : runtime.m_yxPoints) {
         auto* entry =
             station.Entry(point.source == kSourceYx ? CShmLayout::kYx : CShmLayout::kYx2, point.pointNumber);
