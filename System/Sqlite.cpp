@@ -88,6 +88,30 @@ void CSqliteDb::SetError(const char* text) {
     m_error = text != nullptr ? sqlite3_mprintf("%s", text) : nullptr;
 }
 
+int CSqliteTransaction::Begin() {
+    const int result = m_database.Exec("begin immediate transaction");
+    m_begun = m_database.InTransaction();
+    return result;
+}
+
+int CSqliteTransaction::Commit() {
+    const int result = m_database.Exec("commit transaction");
+    if (result == SQLITE_OK)
+        m_begun = false;
+    else
+        RollBack();
+    return result;
+}
+
+bool CSqliteTransaction::IsStoredAfterAll(const char* path, CBusyWait& wait, const CSqlTextBase& lastRow) {
+    return m_database.Open(path, wait) == SQLITE_OK && CSqliteTable(m_database, lastRow).Rows() == 1;
+}
+
+void CSqliteTransaction::RollBack() {
+    if (m_database.InTransaction()) m_database.Exec("rollback transaction");
+    m_begun = false;
+}
+
 CSqliteTable::CSqliteTable(CSqliteDb& database, const char* sql) {
     Run(database, sql);
 }

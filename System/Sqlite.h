@@ -59,6 +59,31 @@ class CSqliteDb {
     CBusyWait m_ownWait{0};   // of a connection that shares no budget
 };
 
+// Statements that stand together or not at all: one commit for all of them, where a commit for each would
+// stall the loop for long on flash. Where no transaction can be had each statement stands by itself.
+class CSqliteTransaction {
+  public:
+    explicit CSqliteTransaction(CSqliteDb& database) : m_database(database) {}
+
+    // Returns SQLite's result code.
+    int Begin();
+    // True from a Begin that had a transaction on until its end.
+    bool HasBegun() const { return m_begun; }
+    // True when it has come to nothing unasked, and took its rows with it; a full disk does that, for one, at
+    // whatever statement.
+    bool HasDied() const { return m_begun && !m_database.InTransaction(); }
+    // Ends it. Returns SQLite's result code, SQLITE_OK (0) when the rows are stored.
+    int Commit();
+    // A commit can fail after the fact, in giving up its lock, and only a new connection tells: opens `path`
+    // anew and returns true when `lastRow`, a query for the row that was written last, finds it there.
+    bool IsStoredAfterAll(const char* path, CBusyWait& wait, const CSqlTextBase& lastRow);
+    void RollBack();
+
+  private:
+    CSqliteDb& m_database;
+    bool m_begun = false;
+};
+
 // The result of one query, all of it text.
 class CSqliteTable {
   public:

@@ -75,19 +75,17 @@ void CEventStore::Begin() {
     m_busy = false;
     m_vacuumDue = false;
     m_writtenId = 0;
-    NoteBusy(m_database.Exec("begin immediate transaction"));
-    m_together = m_database.InTransaction();
+    NoteBusy(m_transaction.Begin());
 }
 
 bool CEventStore::Commit() {
-    const bool done = NoteBusy(m_database.Exec("commit transaction")) == SQLITE_OK;
-    if (!done) {
-        RollBack();
-        if (m_busy) return false;
-        // A commit can fail after the fact, in giving up its lock. Only a new connection tells.
-        if (m_writtenId == 0 || !Open(*m_wait) || !HasNewest(m_writtenId)) return false;
+    if (NoteBusy(m_transaction.Commit()) != SQLITE_OK) {
+        m_vacuumDue = false;
+        if (m_busy || m_writtenId == 0) return false;
+        CSqlText<64> sql;
+        sql.Format("select id from %s where id=%u", kSoeTable, m_writtenId);
+        if (!m_transaction.IsStoredAfterAll(CAppPath(kEventFile).c_str(), *m_wait, sql)) return false;
     }
-    m_together = false;
     if (std::exchange(m_vacuumDue, false)) {
         EventFindings findings;
         Vacuum(findings);
@@ -97,8 +95,7 @@ bool CEventStore::Commit() {
 }
 
 void CEventStore::RollBack() {
-    if (m_database.InTransaction()) m_database.Exec("rollback transaction");
-    m_together = false;
+    m_transaction.RollBack();
     m_vacuumDue = false;
 }
 
@@ -106,12 +103,12 @@ EventFindings CEventStore::Store(const Event& event) {
     EventFindings findings;
     std::uint32_t lastId = 0;
     if (event.measurements != nullptr) lastId = StoreMeasurements(event, findings);
-    if (m_together && !IsAlive()) return findings;
+    if (HasDied()) return findings;
 
     if (FindLastSoe(findings, lastId) && lastId > kKeptIds)
         Prune(kSoeTable, lastId, "delete state chage record from zorsoe.db", findings);
     m_seenId = lastId;
-    if (m_together && !IsAlive()) return findings;
+    if (HasDied()) return findings;
     // Without a row to follow there is no id; one that measurements have just left serves as well.
     if (lastId == 0) {
         if (!m_busy)
@@ -151,7 +148,7 @@ int CEventStore::NoteBusy(int result) {
 // Puts the id of the newest row into `lastId`; false where there is none or it cannot be read.
 bool CEventStore::FindLastSoe(EventFindings& findings, std::uint32_t& lastId) {
     // Nobody else writes during the transaction: the newest row is the one that it wrote last.
-    if (m_together && m_writtenId != 0) {
+    if (IsTogether() && m_writtenId != 0) {
         lastId = m_writtenId;
     } else {
         const CSqliteTable last(m_database, kSelectLastSoe);
@@ -182,7 +179,7 @@ std::uint32_t CEventStore::StoreMeasurements(const Event& event, EventFindings& 
         findings.prunedErrMsg = lastId;
         Prune(kErrMsgTable, lastId, "delete ErrMsg from zorsoe.db", findings);
     }
-    if (m_together && !IsAlive()) return lastId;
+    if (HasDied()) return lastId;
     EventSql sql;
     sql.Format("INSERT INTO tagErrMsg(event, timestamp) values('%s','%s')", event.measurements->text,
                EventTime(event.when).text);
@@ -201,16 +198,11 @@ void CEventStore::Prune(const char* table, std::uint32_t lastId, const char* com
 
 // VACUUM cannot run in a transaction: in one it waits for the commit, and runs once for all.
 void CEventStore::Vacuum(EventFindings& findings) {
-    if (m_together) {
+    if (IsTogether()) {
         m_vacuumDue = true;
         return;
     }
     EventSql sql;
     sql.Format("VACUUM");
     if (Write(sql) != SQLITE_OK) findings.Complain("VACUUM", WriteError());
-}
-
-bool CEventStore::HasNewest(std::uint32_t id) {
-    const CSqliteTable last(m_database, kSelectLastSoe);
-    return last.Rows() > 0 && LastIdIn(last) == id;
 }

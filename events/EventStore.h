@@ -49,10 +49,9 @@ class CEventStore {
 
     // Begins a transaction. Where none can be had, events stand by themselves.
     void Begin();
-    bool IsTogether() const { return m_together; }
-    // False when the transaction has come to nothing unasked; a full disk does that, for one, at whatever
-    // statement.
-    bool IsAlive() const { return m_together && m_database.InTransaction(); }
+    bool IsTogether() const { return m_transaction.HasBegun(); }
+    // True when the transaction has come to nothing unasked, and took its events with it.
+    bool HasDied() const { return m_transaction.HasDied(); }
     // Ends the transaction; true when its events are stored.
     bool Commit();
     void RollBack();
@@ -76,12 +75,11 @@ class CEventStore {
     // Drops what lies too far behind `lastId`; `complaint` begins the line that a failure gives.
     void Prune(const char* table, std::uint32_t lastId, const char* complaint, EventFindings& findings);
     void Vacuum(EventFindings& findings);
-    bool HasNewest(std::uint32_t id);
 
     CFailureLog& m_failures;
     CSqliteDb m_database;
+    CSqliteTransaction m_transaction{m_database};
     CBusyWait* m_wait = nullptr;
-    bool m_together = false;
     bool m_refusing = false;
     bool m_busy = false;
     bool m_vacuumDue = false;

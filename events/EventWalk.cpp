@@ -72,7 +72,7 @@ bool CEventWalk::StoreTogether() {
     m_findings.clear();
     for (const StatusChange& change : m_changes) {
         m_findings.push_back(m_store.Store(EventOf(change)));
-        if (m_store.IsAlive() && !m_store.IsBusy()) continue;
+        if (!m_store.HasDied() && !m_store.IsBusy()) continue;
         m_store.RollBack();
         return false;
     }

@@ -47,56 +47,53 @@ RowValues ReadRowValues(CShmCTRL& shm, int port) {
     return values;
 }
 
+void ComplainOf(const CSqliteDb& database) {
+    std::fprintf(stderr, "insert into zorycdata.db error!: %s\n", database.Error());
+}
+
 // Writes one record; a failure is printed and loses it.
 int StoreRecord(CSqliteDb& database, const InsertSql& sql) {
     const int result = database.Exec(sql);
-    if (result != SQLITE_OK) std::fprintf(stderr, "insert into zorycdata.db error!: %s\n", database.Error());
+    if (result != SQLITE_OK) ComplainOf(database);
     return result;
 }
 
-// The records of one hour in one transaction: a commit for each port would stall the loop for long on flash.
-// Where no transaction can be had each record stands by itself.
-class CHourTransaction {
+// The records of one hour: all in one transaction, each by itself where that comes to nothing.
+class CHourRecords {
   public:
-    explicit CHourTransaction(CSqliteDb& database) : m_database(database) {
-        m_database.Exec("begin immediate transaction");
-        m_together = m_database.InTransaction();
-    }
+    explicit CHourRecords(CSqliteDb& database) : m_database(database) { m_transaction.Begin(); }
 
-    // Writes one record. False when it is lost, which has been said.
-    bool Store(const InsertSql& sql) {
-        if (HasDied()) return true;  // it comes again, with all others
-        if (m_database.Exec(sql) == SQLITE_OK) {
-            m_lastRow = sqlite3_last_insert_rowid(m_database.Handle());
-            return true;
-        }
-        if (HasDied()) return true;
-        std::fprintf(stderr, "insert into zorycdata.db error!: %s\n", m_database.Error());
-        return false;
+    InsertSql& Of(int port) { return m_rows[port]; }
+    // Writes the record of `port`; a failure is printed and loses it.
+    void Store(int port) {
+        if (m_transaction.HasDied()) return;  // it comes again, with all others
+        const int result = m_database.Exec(Of(port));
+        if (result == SQLITE_OK) m_lastRow = sqlite3_last_insert_rowid(m_database.Handle());
+        if (result == SQLITE_OK || m_transaction.HasDied()) return;
+        ComplainOf(m_database);
+        m_lost[port] = true;
     }
-    // True when the records stand in the file. False when the transaction has come to nothing, at whatever
-    // statement, and took its records with it.
-    bool Commit(CBusyWait& wait) {
-        if (!m_together) return true;
-        if (HasDied()) return false;
-        if (m_database.Exec("commit transaction") == SQLITE_OK) return true;
-        if (m_database.InTransaction()) m_database.Exec("rollback transaction");
-        // A commit can fail after the fact, in giving up its lock. Only a new connection tells.
-        if (m_lastRow == 0 || m_database.Open(CAppPath(kHistoryFile).c_str(), wait) != SQLITE_OK)
-            return false;
-        CSqlText<128> sql;
-        sql.Format("SELECT count(*) FROM tagYC WHERE rowid=%lld", static_cast<long long>(m_lastRow));
-        const CSqliteTable found(m_database, sql);
-        return found.Rows() == 1 && std::strcmp(found.Cell(0, 0), "1") == 0;
+    // Makes sure that they stand in the file.
+    void Finish(const PortRange& ports, CBusyWait& wait) {
+        if (!m_transaction.HasBegun() || Commit(wait)) return;
+        for (int port = ports.first; port <= ports.last; ++port)
+            if (!m_lost[port]) StoreRecord(m_database, Of(port));
     }
 
   private:
-    // A full disk, for one, ends a transaction unasked.
-    bool HasDied() const { return m_together && !m_database.InTransaction(); }
+    bool Commit(CBusyWait& wait) {
+        if (m_transaction.HasDied()) return false;
+        if (m_transaction.Commit() == SQLITE_OK) return true;
+        CSqlText<128> sql;
+        sql.Format("SELECT rowid FROM tagYC WHERE rowid=%lld", static_cast<long long>(m_lastRow));
+        return m_transaction.IsStoredAfterAll(CAppPath(kHistoryFile).c_str(), wait, sql);
+    }
 
     CSqliteDb& m_database;
-    bool m_together = false;
-    sqlite3_int64 m_lastRow = 0;
+    CSqliteTransaction m_transaction{m_database};
+    InsertSql m_rows[kPortSlots];
+    bool m_lost[kPortSlots] = {};
+    sqlite3_int64 m_lastRow = 0;  // rows count from 1
 };
 
 }  // namespace
@@ -131,24 +128,20 @@ void CRuntimeData::RecordHour(std::uint32_t hour) {
     const PortRange ports = PortsOf(m_portCount);
     CSqliteDb database;
     const bool opened = database.Open(CAppPath(kHistoryFile).c_str(), m_historyWait) == SQLITE_OK;
-    InsertSql records[kPortSlots];
-    bool lost[kPortSlots] = {};
-    CHourTransaction transaction(database);
+    CHourRecords records(database);
     for (int i = ports.first; i <= ports.last; ++i) {
         const auto port = static_cast<std::uint32_t>(i);
         if (opened) {
-            FormatRecord(records[i], hour, port);
+            FormatRecord(records.Of(i), hour, port);
             CDiagLine(kOperation).Print("InsertYc You have opened zorycdata.db successfully!");
-            CDiagLine(kOperation).Print("sqlcommand is %s\n", records[i].Text());
-            lost[i] = !transaction.Store(records[i]);
+            CDiagLine(kOperation).Print("sqlcommand is %s\n", records.Of(i).Text());
+            records.Store(i);
         } else if (i > ports.first) {
             InsertYC(hour, port);
         }
         if (m_sendflag == 1) Send_A1_16(port);
     }
-    if (!opened || transaction.Commit(m_historyWait)) return;
-    for (int i = ports.first; i <= ports.last; ++i)
-        if (!lost[i]) StoreRecord(database, records[i]);
+    if (opened) records.Finish(ports, m_historyWait);
 }
 
 void CRuntimeData::Send_A1_16(std::uint32_t port) {
