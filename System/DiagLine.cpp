@@ -1,16 +1,42 @@
 #include "System/DiagLine.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cstdarg>
 #include <cstdio>
+#include <cstring>
 
 namespace {
 
-void PutLine(const char* operation, int line, const char* format, va_list arguments) {
-    std::printf("\033[1;32;40m%s.%d: ", operation, line);
-    std::vprintf(format, arguments);
+void PutHeader(const char* operation, int line) {
+    char number[16];
+    *std::to_chars(number, number + sizeof number - 1, line).ptr = '\0';
+    for (const char* part : {"\033[1;32;40m", operation, ".", static_cast<const char*>(number), ": "})
+        std::fputs(part, stdout);
+}
+
+void PutReset() {
     std::puts("\033[0m\r");
 }
+
+void PutLine(const char* operation, int line, const char* format, va_list arguments) {
+    PutHeader(operation, line);
+    std::vprintf(format, arguments);
+    PutReset();
+}
+
+// Each byte as "%02x " prints it.
+struct HexOfBytes {
+    char text[256][4]{};  // the fourth only makes copies a whole word
+    constexpr HexOfBytes() {
+        for (unsigned byte = 0; byte < 256; ++byte) {
+            text[byte][0] = "0123456789abcdef"[byte >> 4];
+            text[byte][1] = "0123456789abcdef"[byte & 0xF];
+            text[byte][2] = ' ';
+        }
+    }
+};
+constexpr HexOfBytes kHexOfBytes;
 
 }  // namespace
 
@@ -23,7 +49,9 @@ void CDiagLine::Print(const char* format, ...) const {
 }
 
 void CDiagLine::Dump(const char* title, const void* data, std::size_t length) const {
-    PrintUnended("%s", title);
+    PutHeader(m_operation, m_line);
+    std::fputs(title, stdout);
+    PutReset();
     DumpBytes(data, length);
 }
 
@@ -35,18 +63,13 @@ void CDiagLine::PrintUnended(const char* format, ...) const {
 }
 
 void DumpBytes(const void* data, std::size_t length) {
-    constexpr char kDigits[] = "0123456789abcdef";
     constexpr std::size_t kBytesAtOnce = 128;
     const auto* bytes = static_cast<const unsigned char*>(data);
     for (std::size_t at = 0; at < length; at += kBytesAtOnce) {
-        char text[3 * kBytesAtOnce];
-        char* end = text;
-        for (std::size_t i = at; i < std::min(length, at + kBytesAtOnce); ++i) {
-            *end++ = kDigits[bytes[i] >> 4];
-            *end++ = kDigits[bytes[i] & 0xF];
-            *end++ = ' ';
-        }
-        std::fwrite(text, 1, static_cast<std::size_t>(end - text), stdout);
+        char text[3 * kBytesAtOnce + 1];
+        const std::size_t count = std::min(length - at, kBytesAtOnce);
+        for (std::size_t i = 0; i < count; ++i) std::memcpy(text + 3 * i, kHexOfBytes.text[bytes[at + i]], 4);
+        std::fwrite(text, 3, count, stdout);
     }
     std::putchar('\n');
     EndRecord();

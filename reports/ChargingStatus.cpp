@@ -72,6 +72,14 @@ void PutCounter(std::uint8_t* body, const ChargingField& field, const ChargingSo
 
 namespace {
 
+// Highest number of a point that a field shows, above the port's base.
+constexpr int LastPointShown() {
+    int last = 0;
+    for (const ChargingField& field : kChargingFields)
+        if (field.ShowsPoint() && field.number > last) last = field.number;
+    return last;
+}
+
 void SetPlace(std::vector<ChargingPlace>& places, const ChargingField& field, const YcPointRecord& point) {
     const auto same = std::find_if(places.begin(), places.end(),
                                    [&field](const ChargingPlace& place) { return place.field == &field; });
@@ -84,11 +92,13 @@ void SetPlace(std::vector<ChargingPlace>& places, const ChargingField& field, co
 }  // namespace
 
 GroupPlaces::GroupPlaces(const std::list<YcPointRecord>& points) {
+    constexpr int kLast = LastPointShown();
     for (const YcPointRecord& point : points) {
         if (point.pointNumber == kYcIdleVoltage) voltage = &point;
         if (point.pointNumber == kYcIdleCurrent) current = &point;
         for (int port = 0; port < kPortSlots; ++port) {
             const std::int64_t ofPort = std::int64_t{point.pointNumber} - PortBase(port);
+            if (ofPort < 0 || ofPort > kLast) continue;
             for (const ChargingField& field : kChargingFields)
                 if (field.ShowsPoint() && field.number == ofPort)
                     SetPlace(charging[static_cast<std::size_t>(port)], field, point);

@@ -55,6 +55,9 @@ struct ChargingField {
     constexpr bool ShowsPoint() const { return put == PutYc || put == PutYcBytes; }
 };
 
+// A new field is a row here and kChargingSize: whoever decodes follows. By hand follow the expected bytes of
+// the tests, the benchmark's name, a new point among those of a made station
+// (tools/zorctl/settings/StationRows.cpp), and zor_main.
 inline constexpr ChargingField kChargingFields[] = {
     {{0, 8, EFieldForm::Reversed, "equipment"}, PutEquipment},
     {{8, 1, EFieldForm::Number, "port"}, PutPort},

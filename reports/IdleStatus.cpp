@@ -26,11 +26,11 @@ class CDocument {
     CDocument(const CDocument&) = delete;
     CDocument& operator=(const CDocument&) = delete;
 
-    char* Print() const { return m_complete ? cJSON_PrintUnformatted(m_object) : nullptr; }
+    char* Print() const { return m_complete ? cJSON_PrintBuffered(m_object, kIdleCapacity, 0) : nullptr; }
 
-    // Takes over `item`.
+    // Takes over `item`; `key` is not copied.
     void Add(const char* key, cJSON* item) {
-        if (cJSON_AddItemToObject(m_object, key, item) != 0) return;
+        if (cJSON_AddItemToObjectCS(m_object, key, item) != 0) return;
         cJSON_Delete(item);
         m_complete = false;
     }
@@ -62,11 +62,13 @@ cJSON* Time(const IdleSource& /*source*/) {
 }
 
 cJSON* Equipment(const IdleSource& source) {
+    constexpr char kDigits[] = "0123456789abcdef";
     char text[2 * kEquipmentSize + 1] = "";
-    std::size_t used = 0;
-    for (const std::uint8_t byte : source.shm.EquipmentNumber())
-        used +=
-            static_cast<std::size_t>(std::snprintf(text + used, sizeof text - used, "%02x", unsigned{byte}));
+    char* end = text;
+    for (const std::uint8_t byte : source.shm.EquipmentNumber()) {
+        *end++ = kDigits[byte >> 4];
+        *end++ = kDigits[byte & 0xF];
+    }
     return cJSON_CreateString(text);
 }
 
