@@ -61,17 +61,3 @@ std::size_t PackNibbles(std::uint8_t* to, std::size_t capacity, const char* text
     }
     return bytes;
 }
-
-void PutLe(std::uint8_t* at, std::size_t width, std::uint64_t value) {
-    for (std::size_t i = 0; i < width; ++i) at[i] = static_cast<std::uint8_t>(value >> (8 * i));
-}
-
-std::uint64_t GetLe(const std::uint8_t* at, std::size_t width) {
-    std::uint64_t value = 0;
-    for (std::size_t i = 0; i < width; ++i) value |= static_cast<std::uint64_t>(at[i]) << (8 * i);
-    return value;
-}
-
-void CopyReversed(std::uint8_t* to, const std::uint8_t* from, std::size_t count) {
-    std::reverse_copy(from, from + count, to);
-}

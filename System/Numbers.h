@@ -30,8 +30,16 @@ constexpr std::uint8_t ToBcd(unsigned value) {
 std::size_t PackNibbles(std::uint8_t* to, std::size_t capacity, const char* text);
 
 // Little-endian bytes <-> number; `width` 0 to 8. PutLe writes the low `width` bytes of `value`.
-void PutLe(std::uint8_t* at, std::size_t width, std::uint64_t value);
-std::uint64_t GetLe(const std::uint8_t* at, std::size_t width);
+inline void PutLe(std::uint8_t* at, std::size_t width, std::uint64_t value) {
+    for (std::size_t i = 0; i < width; ++i) at[i] = static_cast<std::uint8_t>(value >> (8 * i));
+}
+inline std::uint64_t GetLe(const std::uint8_t* at, std::size_t width) {
+    std::uint64_t value = 0;
+    for (std::size_t i = 0; i < width; ++i) value |= std::uint64_t{at[i]} << (8 * i);
+    return value;
+}
 
 // Copies `count` bytes, last one first. The ranges must not overlap.
-void CopyReversed(std::uint8_t* to, const std::uint8_t* from, std::size_t count);
+inline void CopyReversed(std::uint8_t* to, const std::uint8_t* from, std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i) to[i] = from[count - 1 - i];
+}

@@ -46,9 +46,9 @@ class CMyIPC {};
 struct PortProgress {
     std::uint8_t lastStateCode = 0;     // charging-state code of the last A1_14; 0 is no code
     std::uint32_t snapshotTicks = 0;    // ticks since the last full signal snapshot
-    std::uint32_t chargingTicks = 0;    // ticks since the last charging status
+    std::uint32_t chargingTicks = 0;    // calls since the last charging status, one per group and tick
     std::uint32_t chargingReports = 0;  // charging statuses since the charging began
-    std::uint32_t idleTicks = 0;        // ticks since the last idle status
+    std::uint32_t idleTicks = 0;        // calls since the last idle status, one per group and tick
     PortSignals signals;
 };
 
@@ -199,6 +199,12 @@ class CRuntimeData {
     static int StrToBcd(std::uint8_t* out, std::size_t capacity, const char* text);
 
   protected:
+    // -- app/ (Tick.cpp)
+    // At minute 0 of a new hour writes and reports the charging records; at minute 40 counts those of
+    // midnight that zor_main has not acknowledged, which starts a resend pass.
+    void HourlyStep();
+    void FollowTimeZone();
+
     // -- ipc/
     // What to do about a `msgrcv` that failed with `error`.
     void HandleReceiveFailure(int error);
@@ -220,10 +226,6 @@ class CRuntimeData {
     void ExecEventSetUp(CSqliteDb& database, const char* sql);
 
     // -- reports/
-    // At minute 0 of a new hour writes and reports the charging records, at minute 40 counts the pending
-    // ones.
-    void HourlyStep();
-    void FollowTimeZone();
     // Reads every telemetry point anew and runs the charging and the idle status on it.
     void RefreshYc();
     // Signal reports of one port: the snapshot when it is due, then the change reports.
@@ -268,9 +270,9 @@ class CRuntimeData {
     std::int32_t m_lastReceiveResult = 0;         // what the last msgrcv returned
     CLinuxMsgQueue* m_outboundQueue = nullptr;    // never deleted, null when the System V queue is missing
     std::int32_t m_sendflag = 0;                  // 1 while reporting is on
-    std::uint32_t m_workReportTicks = 1800;       // interval of the charging status
-    std::uint32_t m_idleReportTicks = 1800;       // interval of the idle status
-    std::uint32_t m_yxReportTicks = 600;          // interval of the full signal snapshot
+    std::uint32_t m_workReportTicks = 1800;       // interval of the charging status, set by zor_main
+    std::uint32_t m_idleReportTicks = 1800;       // interval of the idle status, set by zor_main
+    std::uint32_t m_yxReportTicks = 600;          // interval of the full signal snapshot, set by zor_main
     std::uint32_t m_minuteIntervalTicks = 36000;  // stored for zor_main, read by nobody
     std::int32_t m_forceYxReport = 0;             // the first port step that sees it clears it
 

@@ -1,8 +1,11 @@
 // How a byte-coded body is described: one table of fields, read by the encoder and by whoever decodes.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
+
+#include "System/Numbers.h"
 
 // How the bytes of a field are meant.
 enum class EFieldForm : std::uint8_t {
@@ -21,11 +24,16 @@ struct BodyField {
 };
 
 // Writes the low bytes of `value` as a number field of the body, entry or area at `base`.
-void PutField(std::uint8_t* base, const BodyField& field, std::uint64_t value);
+inline void PutField(std::uint8_t* base, const BodyField& field, std::uint64_t value) {
+    std::uint8_t* at = base + field.offset;
+    PutLe(at, field.size, value);
+    if (field.show == EFieldForm::BigEndian) std::reverse(at, at + field.size);
+}
+
 // Writes `field.size` bytes at `bytes` as a Reversed field.
-void PutReversed(std::uint8_t* base, const BodyField& field, const std::uint8_t* bytes);
-// The number in a Number, BigEndian or Fixed field.
-std::uint64_t GetField(const std::uint8_t* base, const BodyField& field);
+inline void PutReversed(std::uint8_t* base, const BodyField& field, const std::uint8_t* bytes) {
+    CopyReversed(base + field.offset, bytes, field.size);
+}
 
 // True when the fields of `table`, in order, cover `size` bytes without hole or overlap. An element of the
 // table holds its BodyField as member `at`.

@@ -5,28 +5,19 @@
 
 #include "System/Numbers.h"
 
-namespace {
-
-// Frames `length` bytes of `content` that begin at frame offset `start`.
-Frame FrameFrom(std::size_t start, std::uint32_t code, const std::uint8_t* content, std::size_t length) {
-    Frame frame;
-    length = std::min(length, kFrameCapacity - start);
-    frame.length = start + length;
-    PutLe(&frame.bytes[kFrameCount], 2, frame.length - kFrameCode);
+void PutFrameHead(Frame& frame, std::uint16_t code, std::size_t length) {
+    frame.length = length;
+    PutLe(&frame.bytes[kFrameCount], 2, length - kFrameCode);
     frame.bytes[kFrameCode] = static_cast<std::uint8_t>(code >> 8);
     frame.bytes[kFrameCode + 1] = static_cast<std::uint8_t>(code);
-    if (length > 0) std::memcpy(&frame.bytes[start], content, length);
-    return frame;
 }
-
-}  // namespace
 
 Frame BuildFrame(std::uint32_t code, const std::uint8_t* body, std::size_t length) {
-    return FrameFrom(kFrameBody, code, body, length);
-}
-
-Frame BuildInboundFrame(std::uint16_t code, const std::uint8_t* data, std::size_t length) {
-    return FrameFrom(kFrameData, code, data, length);
+    Frame frame;
+    length = std::min(length, kMaxBody);
+    PutFrameHead(frame, static_cast<std::uint16_t>(code), kFrameBody + length);
+    if (length > 0) std::memcpy(&frame.bytes[kFrameBody], body, length);
+    return frame;
 }
 
 FrameParts SplitFrame(const std::uint8_t* frame, std::size_t length) {

@@ -42,12 +42,11 @@ struct Frame {
     std::size_t length = 0;  // bytes in use
 };
 
+// Makes a frame of `length` bytes in all: the count and the code in front of what it holds.
+void PutFrameHead(Frame& frame, std::uint16_t code, std::size_t length);
+
 // Frames `length` bytes of `body` under the low 16 bits of `code`; a body above kMaxBody is cut to it.
 Frame BuildFrame(std::uint32_t code, const std::uint8_t* body, std::size_t length);
-
-// The other direction: a command as zor_main sends it, whose `length` bytes of `data` begin at kFrameData.
-// Data that the frame cannot hold is cut.
-Frame BuildInboundFrame(std::uint16_t code, const std::uint8_t* data, std::size_t length);
 
 // Where the parts of a frame lie. `data` points into the frame's bytes, at kFrameData; `dataLength` is what
 // the count claims and the bytes at hand really hold.

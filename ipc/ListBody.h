@@ -25,9 +25,18 @@ class CListBody {
     // The body from its first byte, for the fields of the head.
     std::uint8_t* Head() { return m_bytes.data(); }
     // Room for one more entry, or null where none is left.
-    std::uint8_t* Append();
+    std::uint8_t* Append() {
+        const std::size_t at = m_layout.headSize + m_entries * m_layout.entrySize;
+        if (at + m_layout.entrySize + m_layout.tailSize > m_layout.capacity) return nullptr;
+        ++m_entries;
+        return &m_bytes[at];
+    }
     // Writes N; returns the body's length. The closing bytes, if any, are the last ones of it.
-    std::uint32_t Finish();
+    std::uint32_t Finish() {
+        PutField(Head(), m_layout.count, m_entries);
+        return static_cast<std::uint32_t>(m_layout.headSize + m_entries * m_layout.entrySize +
+                                          m_layout.tailSize);
+    }
 
     std::size_t Entries() const { return m_entries; }
     const std::uint8_t* Data() const { return m_bytes.data(); }

@@ -23,7 +23,16 @@ struct MessageName {
     const char* meaning;
 };
 
+inline constexpr MessageName kMessages[] = {
+    {kCodeA1_5, "A1_5", "charging status"},   {kCodeA1_6, "A1_6", "idle status"},
+    {kCodeA1_9, "A1_9", "reserved"},          {kCodeA1_11, "A1_11", "signal changes"},
+    {kCodeA1_13, "A1_13", "signal snapshot"}, {kCodeA1_14, "A1_14", "port state"},
+    {kCodeA1_15, "A1_15", "gun signals"},     {kCodeA1_16, "A1_16", "charging record"},
+};
+
 // The entry for `code`, or null for a code that this process does not know.
-const MessageName* FindMessage(std::uint16_t code);
-// The same for a name such as "A1_5".
-const MessageName* FindMessage(const char* name);
+constexpr const MessageName* FindMessage(std::uint16_t code) {
+    for (const MessageName& message : kMessages)
+        if (message.code == code) return &message;
+    return nullptr;
+}

@@ -12,33 +12,20 @@
 inline constexpr std::uint8_t kUnknownIsFault = 1;
 inline constexpr std::uint8_t kUnknownIsNoCode = 0;
 
-struct ChargingState {
-    std::uint8_t code;
-    const char* name;  // for people
-};
-
-inline constexpr ChargingState kFaultState{1, "fault"};
+inline constexpr std::uint8_t kFaultState = 1;
 
 // Gun states as the acquisition side counts them.
 enum EGunState : std::uint8_t { kGunIdle, kGunPlugged, kGunCharging, kGunFinished, kGunFault };
 
 // By the gun state.
-inline constexpr ChargingState kStatesByGun[] = {
-    {2, "idle"}, {3, "plugged"}, {5, "charging"}, {6, "finished"}, kFaultState};
+inline constexpr std::uint8_t kStatesByGun[] = {2, 3, 5, 6, kFaultState};
 static_assert(std::size(kStatesByGun) == kGunFault + 1);
 
 // Charging-state code of a port: 1 with a fault, otherwise by its gun state, `unknown` for a gun state
 // above 4.
 constexpr std::uint8_t ChargingStateCode(bool fault, std::uint8_t gunState, std::uint8_t unknown) {
-    if (fault) return kFaultState.code;
-    return gunState < std::size(kStatesByGun) ? kStatesByGun[gunState].code : unknown;
-}
-
-// Name of a charging-state code, empty for one that no port takes.
-constexpr const char* ChargingStateName(std::uint8_t code) {
-    for (const ChargingState& state : kStatesByGun)
-        if (state.code == code) return state.name;
-    return "";
+    if (fault) return kFaultState;
+    return gunState < std::size(kStatesByGun) ? kStatesByGun[gunState] : unknown;
 }
 
 class CShmCTRL;

@@ -80,5 +80,24 @@ PortSignals SelectSignals(const std::list<YxPointRecord>& list, int port);
 struct FaultSummaries {
     std::uint8_t a = 0;
     std::uint8_t b = 0;
-    void Take(const SelectedPoint& point);
+
+    void Take(const SelectedPoint& point) {
+        const std::uint8_t value = point.record->current;
+        switch (point.summary) {
+            case ESummary::SetsA:
+                a = value;
+                break;
+            case ESummary::SetsB:
+                b = value;
+                break;
+            case ESummary::RaisesA:
+                if (value != 0) a = 1;
+                break;
+            case ESummary::RaisesB:
+                if (value != 0) b = 1;
+                break;
+            case ESummary::None:
+                break;
+        }
+    }
 };

@@ -42,21 +42,17 @@ FuzzStation::FuzzStation() {
     runtime.InitYcHistoryDatabase();
     events.Open(CAppPath(kEventFile).c_str(), 0);
     history.Open(CAppPath(kHistoryFile).c_str(), 0);
-    Clear();
 }
 
 FuzzStation& FuzzStation::WithPorts(unsigned ports) {
     static FuzzStation station;
-    station.runtime.m_portCount = static_cast<std::int32_t>((ports - 1) % kMaxPorts + 1);
-    return station;
-}
-
-void FuzzStation::Clear() {
     FakeClock::Set(FakeClock::kStart);
-    for (const auto& [entry, size] : touched) std::memset(entry, 0, size);
-    touched.clear();
-    events.Exec("DELETE FROM tagSOE");
-    events.Exec("DELETE FROM tagErrMsg");
+    constexpr std::size_t kHead = CShmLayout::kYc.offset;
+    std::memset(station.Segment() + kHead, 0, CShmLayout::kSize - kHead);
+    station.events.Exec("DELETE FROM tagSOE");
+    station.events.Exec("DELETE FROM tagErrMsg");
+    CTestRuntime& runtime = station.runtime;
+    runtime.m_portCount = static_cast<std::int32_t>((ports - 1) % kMaxPorts + 1);
     runtime.m_ports = {};
     runtime.m_yxPoints.clear();
     runtime.m_ycGroups.clear();
@@ -66,14 +62,7 @@ void FuzzStation::Clear() {
     runtime.m_workReportTicks = runtime.m_idleReportTicks = 0;
     runtime.m_yxReportTicks = 2;  // the longest message, not with every tick
     runtime.SetLastHour(CDateTime::Now().Hour());
-}
-
-std::uint8_t* FuzzStation::Entry(const CShmLayout::Table& table, int index) {
-    if (index < 0 || index >= table.entries) return nullptr;
-    auto* tables = static_cast<std::uint8_t*>(live.getYc(0)) - CShmLayout::kYc.offset;
-    touched.emplace_back(tables + table.offset + static_cast<std::size_t>(index) * table.entrySize,
-                         table.entrySize);
-    return touched.back().first;
+    return station;
 }
 
 void FuzzStation::Tick() {

@@ -5,8 +5,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <utility>
-#include <vector>
 
 #include "System/Sqlite.h"
 #include "tests/support/TestRuntime.h"
@@ -18,12 +16,11 @@ void Require(bool holds, const char* what);
 
 // The process's station in its sandbox, the same for every input: reporting is on, every report due.
 struct FuzzStation {
+    // In its first state, but with so many ports; what the last input has allocated is free.
     static FuzzStation& WithPorts(unsigned ports);
     FuzzStation();
-    // Back to the first state; what an input has allocated is free then, so that a leak shows.
-    void Clear();
-    // An entry of the segment, to write to; null outside the table.
-    std::uint8_t* Entry(const CShmLayout::Table& table, int index);
+    // The segment, byte by byte.
+    std::uint8_t* Segment() { return static_cast<std::uint8_t*>(live.getYc(0)) - CShmLayout::kYc.offset; }
     void Tick();
     // Takes everything that is posted, which has to be what zor_main can read.
     void CheckPosted();
@@ -32,5 +29,4 @@ struct FuzzStation {
     CTestRuntime runtime;
     CSqliteDb events;
     CSqliteDb history;
-    std::vector<std::pair<std::uint8_t*, std::size_t>> touched;  // entries
 };

@@ -15,7 +15,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static const int kFilled = station.history.Exec(kRecords);
     Require(kFilled == SQLITE_OK, station.history.Error());
     station.history.Exec("UPDATE tagYC SET sendcount = 1 WHERE timestamp LIKE '% 00:%' AND sendcount <> 1");
-    if (mode >= 0x80) station.runtime.m_chargerKind = kAcCharger;
+    station.runtime.SetChargerKind(mode >= 0x80 ? kAcCharger : kDcCharger);
 
     Bytes text(kProcessIdSize);
     for (std::size_t i = 1; i < size && text.size() < kMessageTextSize; ++i) text.push_back(data[i]);
@@ -24,6 +24,5 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     Require(station.runtime.m_lastReceiveResult == static_cast<int>(text.size()), "command not taken");
     station.runtime.History_A1_16();
     station.CheckPosted();
-    station.Clear();
     return 0;
 }

@@ -28,7 +28,7 @@ struct Captured {
 Captured Capture(const std::function<void()>& run);
 
 // `output` as people read it: diagnostic lines as "Operation: text", without colours and source lines ('#'
-// for the one in a text); a line break inside a text as "\n".
+// for the one in a text); a line break inside a text as "⏎".
 std::string Plain(const std::string& output);
 // The texts of the lines of one operation in such an output, joined by ';', without line breaks of their own.
 std::string Texts(const std::string& plain, const std::string& operation);

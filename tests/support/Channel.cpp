@@ -10,13 +10,9 @@
 #include "ipc/Frame.h"
 #include "ipc/Messages.h"
 
-namespace {
-
-int Queue() {
+static int Queue() {
     return msgget(kQueueKey, IPC_CREAT | kQueuePermissions);
 }
-
-}  // namespace
 
 std::vector<Received> ReadAll() {
     std::vector<Received> all;

@@ -10,9 +10,6 @@
 struct Received {
     std::int32_t sender;  // process id
     Bytes frame;          // as long as its count says
-
-    // The message's code.
-    std::uint16_t Code() const { return static_cast<std::uint16_t>(frame.at(2) << 8 | frame.at(3)); }
 };
 
 // Takes every waiting message for zor_main. A test failure is added for a message of another size than the

@@ -11,15 +11,9 @@
 
 namespace {
 
-void Open(CSqliteDb& database, const std::string& path, const char* key) {
-    ASSERT_EQ(SQLITE_OK, database.Open(path.c_str(), 0)) << path;
-    if (key != nullptr) database.Key(key, static_cast<int>(std::strlen(key)));
-}
-
-std::string MakeTable(const std::string& name, int columns, const std::vector<std::string>& rows) {
-    std::string sql = "CREATE TABLE " + name + " (c0";
-    for (int i = 1; i < columns; ++i) sql += ", c" + std::to_string(i);
-    sql += ");";
+std::string MakeTable(const std::string& name, std::size_t columns, const std::vector<std::string>& rows) {
+    constexpr char kNames[] = "a,b,c,d,e,f,g,h,i";
+    std::string sql = "CREATE TABLE " + name + '(' + std::string(kNames, 2 * columns - 1) + ");";
     for (const std::string& row : rows) sql += "INSERT INTO " + name + " VALUES (" + row + ");";
     return sql;
 }
@@ -32,14 +26,15 @@ std::string AppFile(const char* file) {
 
 void RunSql(const std::string& path, const std::string& sql, const char* key) {
     CSqliteDb database;
-    Open(database, path, key);
+    EXPECT_EQ(SQLITE_OK, database.Open(path.c_str(), 0)) << path;
+    if (key != nullptr) database.Key(key, static_cast<int>(std::strlen(key)));
     EXPECT_EQ(SQLITE_OK, sqlite3_exec(database.Handle(), sql.c_str(), nullptr, nullptr, nullptr))
         << sqlite3_errmsg(database.Handle());
 }
 
-std::vector<std::string> QueryRows(const std::string& path, const std::string& sql, const char* key) {
+std::vector<std::string> QueryRows(const std::string& path, const std::string& sql) {
     CSqliteDb database;
-    Open(database, path, key);
+    EXPECT_EQ(SQLITE_OK, database.Open(path.c_str(), 0)) << path;
     const CSqliteTable table(database, sql.c_str());
     EXPECT_TRUE(table.Ok()) << table.Error();
     std::vector<std::string> rows;
@@ -68,7 +63,7 @@ void MakeConfig(int ports) {
 }
 
 void MakePoints(const PointRows& rows, const std::string& kind) {
-    constexpr int kYxColumns = 7;
+    constexpr std::size_t kYxColumns = 7;
     RunSql(AppFile(kPointSettingFile), "BEGIN;" + MakeTable("tagPS_YX_" + kind, kYxColumns, rows.yx) +
                                            MakeTable("tagPS_YC_" + kind, rows.ycColumns, rows.yc) + "COMMIT");
 }

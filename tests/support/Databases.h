@@ -14,8 +14,7 @@ std::string AppFile(const char* file);
 void RunSql(const std::string& path, const std::string& sql, const char* key = nullptr);
 
 // Rows of a query, columns joined by '|', NULL shown as "NULL".
-std::vector<std::string> QueryRows(const std::string& path, const std::string& sql,
-                                   const char* key = nullptr);
+std::vector<std::string> QueryRows(const std::string& path, const std::string& sql);
 
 // The number that a query gives; -1 without one.
 int QueryNumber(const std::string& path, const std::string& sql);
@@ -28,7 +27,7 @@ void MakeConfig(int ports);
 struct PointRows {
     std::vector<std::string> yx;
     std::vector<std::string> yc;
-    int ycColumns = 9;
+    std::size_t ycColumns = 9;
 };
 void MakePoints(const PointRows& rows, const std::string& kind = "DC");
 

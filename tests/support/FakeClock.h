@@ -1,5 +1,5 @@
-// The clock of the unit tests. Its definitions of `time`, `gettimeofday` and `usleep` stand in the test
-// program and thereby replace libc's, for SQLite too.
+// The clock of the tests. Its definitions of `time`, `gettimeofday` and `usleep` replace libc's, for SQLite
+// too.
 #pragma once
 
 #include <cstdint>
@@ -7,7 +7,7 @@
 #include <functional>
 
 struct FakeClock {
-    static constexpr std::time_t kStart = 1709603100;  // 2024-03-05 01:45:00 UTC
+    static constexpr std::time_t kStart = 1709603100;  // 2024-03-05 09:45:00 in the tests' local time
 
     // Sets the time, whole seconds of UTC, and forgets the sleeps.
     static void Set(std::time_t seconds);

@@ -1,11 +1,10 @@
-// System calls that fail on demand, and a count of allocations, in the unit tests.
+// System calls that fail on demand. A later demand takes the place of one that is
+// not met yet.
 #pragma once
 
-#include <cstdint>
 #include <string>
 
-// The next call of msgget, msgsnd or msgrcv, whichever comes first, fails with this errno; later ones work
-// again.
+// The next call of msgget, msgsnd or msgrcv, whichever comes first, fails with this errno.
 void FailNextQueueCall(int error);
 
 // The next so many reads of a database fail that go beyond its start, which opening it reads.
@@ -16,6 +15,3 @@ void FailNextUnlock();
 
 // The next so many `stat` calls on `file` fail.
 void FailStats(const std::string& file, int count);
-
-// How often the process allocated memory so far.
-std::uint64_t Allocations();

@@ -3,7 +3,6 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 
 #include "tests/support/Sandbox.h"
 
@@ -21,10 +20,8 @@ extern "C" const char* __lsan_default_options() {
 }
 #endif
 
-namespace {
-
 // Runs all tests. One in which the code under test ends the process, which it does with status 0, fails.
-int RunTests() {
+static int RunTests() {
     static const pid_t runner = getpid();
     static bool done = false;
     std::atexit([] {
@@ -37,14 +34,9 @@ int RunTests() {
     return result;
 }
 
-}  // namespace
-
 int main(int argc, char** argv) {
-    bool listOnly = false;
-    for (int i = 1; i < argc; ++i) listOnly = listOnly || std::strcmp(argv[i], "--gtest_list_tests") == 0;
     // Local time differs from UTC and has no summer time, so that a mix-up of the two shows all year round.
     setenv("TZ", "TST-8", 1);
     testing::InitGoogleTest(&argc, argv);
-    if (listOnly) return RUN_ALL_TESTS();
-    return RunInSandbox(RunTests);
+    return testing::GTEST_FLAG(list_tests) ? RUN_ALL_TESTS() : RunInSandbox(RunTests);
 }

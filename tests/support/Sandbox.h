@@ -6,9 +6,9 @@
 
 // Calls `run` and returns its result. Around it the process has namespaces of its own with an empty /mnt.
 // Where the system refuses them and the user is root, and nothing of a station is there yet, the host's own
-// /mnt/nandflash, queue and segment are used, one test process at a time, and removed afterwards, also when
-// `run` crashes; the environment variable ZOR_TEST_NO_NAMESPACES forces this way. Where neither can be had,
-// says in one line what is missing and returns 1.
+// /mnt/nandflash, queue and segment are used, one test process at a time, and removed afterwards; what a
+// crash leaves the next one removes. The environment variable ZOR_TEST_NO_NAMESPACES forces this way. Where
+// neither can be had, says in one line what is missing and returns 1.
 int RunInSandbox(const std::function<int()>& run);
 
 // The same for a process whose main() is not its own: the namespaces stay for the rest of its life. False
@@ -20,14 +20,11 @@ bool EnterSandbox();
 void CleanStation();
 
 // Base of a fixture: clean before and behind everything that the fixture holds.
-class CCleanBothEnds {
-  protected:
-    CCleanBothEnds() { CleanStation(); }
-    ~CCleanBothEnds() { CleanStation(); }
-
-  public:
-    CCleanBothEnds(const CCleanBothEnds&) = delete;
-    CCleanBothEnds& operator=(const CCleanBothEnds&) = delete;
+struct CleanBothEnds {
+    CleanBothEnds() { CleanStation(); }
+    ~CleanBothEnds() { CleanStation(); }
+    CleanBothEnds(const CleanBothEnds&) = delete;
+    CleanBothEnds& operator=(const CleanBothEnds&) = delete;
 };
 
 // Scratch space beside the application directory, ending in '/'.

@@ -4,7 +4,6 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <array>
 #include <cstdint>
@@ -13,6 +12,7 @@
 #include <cstring>
 #include <ctime>
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -27,30 +27,13 @@
 
 class CTestRuntime : public CRuntimeData {
   public:
-    using CRuntimeData::k1Cnt;
-    using CRuntimeData::k2Cnt;
-    using CRuntimeData::m_chargerKind;
-    using CRuntimeData::m_datacache;
-    using CRuntimeData::m_eventWait;
-    using CRuntimeData::m_failures;
-    using CRuntimeData::m_forceYxReport;
-    using CRuntimeData::m_historyWait;
-    using CRuntimeData::m_idleReportTicks;
-    using CRuntimeData::m_idleSequence;
-    using CRuntimeData::m_lastReceiveResult;
-    using CRuntimeData::m_minuteIntervalTicks;
-    using CRuntimeData::m_outboundQueue;
-    using CRuntimeData::m_places;
-    using CRuntimeData::m_portCount;
-    using CRuntimeData::m_ports;
-    using CRuntimeData::m_resendRest;
-    using CRuntimeData::m_sendflag;
-    using CRuntimeData::m_workReportTicks;
-    using CRuntimeData::m_ycGroups;
-    using CRuntimeData::m_yxPoints;
-    using CRuntimeData::m_yxReportTicks;
-    using CRuntimeData::Port;
-    using CRuntimeData::RecordHour;
+    using CRuntimeData::k1Cnt, CRuntimeData::k2Cnt, CRuntimeData::m_chargerKind, CRuntimeData::m_datacache,
+        CRuntimeData::m_eventWait, CRuntimeData::m_failures, CRuntimeData::m_forceYxReport,
+        CRuntimeData::m_historyWait, CRuntimeData::m_idleReportTicks, CRuntimeData::m_idleSequence,
+        CRuntimeData::m_lastReceiveResult, CRuntimeData::m_minuteIntervalTicks, CRuntimeData::m_outboundQueue,
+        CRuntimeData::m_places, CRuntimeData::m_portCount, CRuntimeData::m_ports, CRuntimeData::m_resendRest,
+        CRuntimeData::m_sendflag, CRuntimeData::m_workReportTicks, CRuntimeData::m_ycGroups,
+        CRuntimeData::m_yxPoints, CRuntimeData::m_yxReportTicks, CRuntimeData::Port, CRuntimeData::RecordHour;
 };
 
 // Shared memory as the acquisition processes write it. An index outside its table fails the test.
@@ -78,17 +61,9 @@ class CLiveValues : public CShmCTRL {
 
 // Every test of it starts with an empty station: no queue, no segment, no file, the clock at
 // FakeClock::kStart.
-class CEmptyStationTest : public testing::Test {
+class CEmptyStationTest : public testing::Test, CleanBothEnds {
   protected:
-    CEmptyStationTest() {
-        alarm(300);  // ends a test that hangs, also where nobody watches it
-        CleanStation();
-        FakeClock::Set(FakeClock::kStart);
-    }
-    void TearDown() override {
-        CleanStation();
-        alarm(0);
-    }
+    CEmptyStationTest() { FakeClock::Set(FakeClock::kStart); }
 
     // What `run` prints, as Plain shows it; `errors` becomes what it prints on standard error.
     std::string Printed(const std::function<void()>& run) {
@@ -146,9 +121,15 @@ class CStationTest : public CEmptyStationTest {
         runtime.m_ycGroups.clear();
         Printed([this] { EXPECT_EQ(0, runtime.InitPointSettingYX() + runtime.InitPointSettingYC()); });
     }
-    // Looks for changes of the status points, once.
-    void Walk() {
-        Printed([this] { runtime.DetectStatusChanges(); });
+    // Looks for changes of the status points, once, in a tick that may still wait. Returns what is printed.
+    std::string Walk() {
+        runtime.m_eventWait.Renew();
+        return Printed([this] { runtime.DetectStatusChanges(); });
+    }
+    // Another program's lock on a file of the station, for as long as it lives.
+    static std::unique_ptr<CForeignLock> Lock(const char* file,
+                                              const char* statements = CForeignLock::kWriter) {
+        return std::make_unique<CForeignLock>(AppFile(file), statements);
     }
     // What a command of zor_main, given in hexadecimal, makes the process print or post.
     std::string SaidTo(const std::string& frame) {

@@ -62,9 +62,4 @@ int usleep(useconds_t micros) {
     MoveOn(std::int64_t{micros} * 1000);
     return 0;
 }
-
-int nanosleep(const timespec* span, timespec*) {
-    MoveOn(span->tv_sec * kSecond + span->tv_nsec);
-    return 0;
-}
 }

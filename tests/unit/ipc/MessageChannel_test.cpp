@@ -1,8 +1,9 @@
-// What is posted on its way into the System V queue, and the in-process queue in front of that.
+// What is posted on its way into the System V queue, and what comes from there: report settings, and messages
+// that are no command.
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
+#include <sstream>
 #include <thread>
 
 #include "tests/support/LibcHooks.h"
@@ -10,121 +11,108 @@
 
 namespace {
 
-class CMessageChannel : public CStationTest {
-  protected:
-    void Post(std::uint32_t code, std::uint32_t length = 0) {
-        runtime.PostMsg(code, Bytes(length, 'x').data(), length);
-    }
-    // What drains so many times send: the size of each frame and its beginning.
-    std::vector<std::string> Sent(int drains) {
-        Drain(drains);
-        std::vector<std::string> sent;
-        for (const Received& message : ReadAll()) {
-            EXPECT_EQ(getpid(), message.sender);
-            sent.push_back(std::to_string(message.frame.size()) + ": " +
-                           ToHex(message.frame.data(), std::min<std::size_t>(message.frame.size(), 7)));
-        }
-        return sent;
-    }
-};
-using MessageChannel = CMessageChannel;
-using testing::ElementsAre;
+using MessageChannel = CStationTest;
+
+const Bytes kBody(2043, 'x');
 
 TEST_F(MessageChannel, OneFrameADrainInTheOrderOfPosting) {
-    Post(34518);
-    Post(4294938, 300);  // of a code, the low 16 bits
-    Post(1, 2042);
-    EXPECT_THAT(Sent(2), ElementsAre("6: 04 00 86 d6 00 00", "306: 30 01 89 1a 00 00 78"));
-    EXPECT_THAT(Sent(2), ElementsAre("2048: fe 07 00 01 00 00 78"));
-}
-
-TEST_F(MessageChannel, BodyTooLongIsRefusedAndToldOnceAnHour) {
-    const std::string kRefused =
-        "zor_runtime: message 34518 not sent: body of 2043 bytes, at most 2042 fit\n";
-    const auto post = [this] { Post(34518, 2043); };
-    // At last the clock is set back.
-    for (const char* time :
-         {"2024-03-05 09:45:00", "2024-03-05 10:44:59", "2024-03-05 10:45:00", "2024-03-05 09:00:00"}) {
-        SetClock(time);
-        Printed(post);
-        EXPECT_EQ(time[12] == '0' && time[18] == '9' ? "" : kRefused, errors) << time;
+    runtime.PostMsg(34518, nullptr, 0);
+    runtime.PostMsg(4294938, kBody.data(), 300);  // of a code, the low 16 bits
+    runtime.PostMsg(1, kBody.data(), 2042);
+    for (const char* frame : {"6: 04 00 86 d6 00 00", "306: 30 01 89 1a 00 00", "2048: fe 07 00 01 00 00"}) {
+        Drain(1);
+        const auto sent = ReadAll();
+        ASSERT_EQ(1U, sent.size());
+        EXPECT_EQ(getpid(), sent[0].sender);
+        EXPECT_EQ(frame, std::to_string(sent[0].frame.size()) + ": " + ToHex(sent[0].frame.data(), 6));
     }
-    Printed([this] { runtime.m_failures.Report(EFailure::NoMemory, "%d", 7); });
-    EXPECT_EQ("zor_runtime: 7\n", errors);  // another kind of failure
-    EXPECT_THAT(Sent(5), ElementsAre());
-}
-
-TEST_F(MessageChannel, OneCodePausesTheDrain) {
-    for (const std::uint32_t code : {34512U, 34514U, 34513U}) Post(code);
-    Drain(2);
     EXPECT_EQ(0, FakeClock::Slept());
+    runtime.PostMsg(34513, nullptr, 0);  // the one that makes it pause
     Drain(1);
     EXPECT_EQ(35000, FakeClock::Slept());
 }
 
-TEST_F(MessageChannel, WhatDoesNotGoOutIsLost) {
-    LimitQueue(16384);
-    for (int i = 0; i < 10; ++i) Post(34518);
-    EXPECT_EQ("", Printed([this] { Drain(7); }));
-    EXPECT_EQ("MsgSndToMain: send failed 002!\nMsgSndToMain: send failed 002!\n",
-              Printed([this] { Drain(2); }));
-    EXPECT_EQ(7U, ReadAll().size());
-    FailNextQueueCall(EINTR);
-    EXPECT_EQ("MsgSndToMain: sned failed!\n", Printed([this] { Drain(1); }));
-    EXPECT_THAT(Sent(1), ElementsAre());
+TEST_F(MessageChannel, BodyTooLongIsRefusedAndToldOnceAnHour) {
+    const std::string kTold = "zor_runtime: message 34518 not sent: body of 2043 bytes, at most 2042 fit\n";
+    for (const auto& [time, told] :
+         {std::pair("09:45:00", kTold), {"10:44:59", ""}, {"10:45:00", kTold}, {"09:00:00", kTold}}) {
+        SetClock(("2024-03-05 " + std::string(time)).c_str());
+        Printed([this] { runtime.PostMsg(34518, kBody.data(), 2043); });
+        EXPECT_EQ(told, errors) << time;
+    }
+    EXPECT_TRUE(Take().empty());
 }
 
-TEST_F(MessageChannel, WithoutAQueueEverythingIsDropped) {
+TEST_F(MessageChannel, CallsThatFail) {
+    runtime.PostMsg(34518, nullptr, 0);
+    FailNextQueueCall(EINTR);
+    EXPECT_EQ("MsgSndToMain: sned failed!\n", Printed([this] { Drain(2); }));
+    EXPECT_EQ(0U, Waiting());
+    const auto receive = [this] { runtime.MsgRcvFromMain(); };
+    EXPECT_EQ("", Printed(receive) + errors);  // an empty queue is no failure
+    FailNextQueueCall(EINTR);
+    EXPECT_EQ("MsgRcvFromMain: rcv error!\n", Printed(receive));
     FailNextQueueCall(ENOSPC);
-    std::unique_ptr<CTestRuntime> deaf;
-    EXPECT_EQ("", Printed([&] { deaf = std::make_unique<CTestRuntime>(); }));
+    Printed([] { CTestRuntime().DrainOutbound(); });
     EXPECT_EQ("open msg 1234 failed.\n", errors);
-    EXPECT_EQ("", Printed([&] {
-                  deaf->PostMsg(34518, "x", 1);
-                  deaf->DrainOutbound();
-                  for (int i = 0; i < 2; ++i) deaf->MsgRcvFromMain();
-              }));
-    EXPECT_THAT(errors, testing::MatchesRegex("zor_runtime: cannot read from queue 0x1234: [^\n]*\n"));
-    EXPECT_EQ(1900U, deaf->TickPeriodMs() + deaf->m_workReportTicks);
+}
+
+// Each upon the one before: kind of charger; settings; what is printed, which is not what is applied;
+// reporting, ticks of work, idle, snapshot and long interval, forced snapshot.
+TEST_F(MessageChannel, Settings) {
+    for (const auto& row : Table(R"(
+1 | e8 03 05 00 07 00 3c 00 3d 00 3c 00 00 00 3c 00 | A1_5:60;A1_6:61;A1_13:60;m_sendflag:1 | 1 600 610 600 36000 1
+1 | e8 03 03 00 03 00 04 00 02 00 09 00 00 00 1d 00 | A1_5:4;Set A1_6 Minvalues:3;A1_6:3;Set A1_12 or A1_13 Minvalues:10;A1_13:10;m_sendflag:1 | 1 50 50 100 18000 1
+1 | e8 03 ff ff ff ff ff ff ff ff ff ff 00 00 ff ff | A1_5:65535;A1_6:65535;A1_13:65535;m_sendflag:1 | 1 655350 655350 655350 39321000 1
+2 | e8 03 02 00 07 00 3c 00 3c 00 3c 00 00 00 1e 00 | Set A1_3 Minvalues:3;A1_3:3;A1_4:7;A1_12:60;m_sendflag:1 | 1 50 70 600 18000 1
+0 | e8 03 09 00 09 00 09 00 09 00 0b 00 00 00 3c 00 | A1_13:11;m_sendflag:1 | 1 50 70 110 36000 1
+1 | 03 e8 05 00 05 00 3c 00 3c 00 3c 00 00 00 3c 00 | m_sendflag:0          | 0 50 70 110 36000 0)")) {
+        runtime.SetChargerKind(std::stoi(row[0]));
+        const std::string texts = Texts(SaidTo("12 00 85 26 " + row[1]), "MsgRcvFromMain");
+        EXPECT_EQ(row[2], texts.substr(texts.find("msg:34086;") + 10)) << row[1];
+        std::ostringstream state;
+        state << runtime.m_sendflag << ' ' << runtime.m_workReportTicks << ' ' << runtime.m_idleReportTicks
+              << ' ' << runtime.m_yxReportTicks << ' ' << runtime.m_minuteIntervalTicks << ' '
+              << std::exchange(runtime.m_forceYxReport, 0);
+        EXPECT_EQ(row[3], state.str()) << row[1];
+    }
+}
+
+// What follows a process id, bytes that are missing as zeros; what is printed, and what is called.
+TEST_F(MessageChannel, CountsCodesAndLengths) {
+    for (const auto& row : Table(R"(
+ff 03 00 01       | ncount is error!
+fe 03 00 01       | ncount:1022 | fe 03 00 01 00 00 | msg:1     | MsgRcvFromMain:
+01 00 85 2c 01 02 | ncount:1    | 01 00 85          | msg:34092 | MsgCall_A1_16: Rcv:00-00-00-00
+03 00 85 2f 01 02 | ncount:3    | 03 00 85 2f 01    | msg:34095 | DealCacheData: delete str:0000-00-00 00:
+04 00 85 26 e8 03 | ncount:4    | 04 00 85 26 e8 03 | msg:34086 | MsgRcvFromMain: Set A1_4 Minvalues:3)")) {
+        EXPECT_TRUE(SendText(Hex("01 00 00 00 " + row[0])));
+        const std::string said = Printed([this] { runtime.MsgRcvFromMain(); });
+        for (std::size_t i = 1; i < row.size(); ++i) EXPECT_THAT(said, testing::HasSubstr(row[i]));
+    }
+    EXPECT_THAT(SaidTo("06 00 00 01 26 07 01 02"),
+                testing::HasSubstr("rev from zor_main data--------------------------------\n"
+                                   "MsgRcvFromMain: ncount:6⏎\n06 00 00 01 26 07 01 02 \n"));
 }
 
 TEST(OutboundQueue, PopByCodeTakesTheOldestMatchAndCostsATokenWithoutOne) {
-    int a = 0;
-    int b = 0;
-    int c = 0;
+    int bodies[2] = {};
     CLinuxMsgQueue queue("test");
-    const auto pop = [&](std::uint32_t filter) {
-        std::uint32_t code = 77;  // what is left untouched
-        void* buffer = nullptr;
-        const int result = queue.PopByCode(filter, code, buffer);
-        return std::tuple(result, code, static_cast<const int*>(buffer));
-    };
-    using Popped = std::tuple<int, std::uint32_t, const int*>;
-    EXPECT_EQ(Popped(0, 77, nullptr), pop(1));
-    EXPECT_EQ(3, queue.Push(2, &a) + queue.Push(0x50001, &b) + queue.Push(1, &c));
-    EXPECT_EQ(Popped(1, 0x50001, &b), pop(1));
-    EXPECT_EQ(Popped(1, 77, nullptr), pop(9));
-    EXPECT_EQ(Popped(1, 2, &a), pop(CMsgQueue::kAnyCode));
-    EXPECT_EQ(Popped(0, 77, nullptr), pop(1));  // an entry, but no token for it
-    queue.Push(3, &a);
-    EXPECT_EQ(Popped(1, 1, &c), pop(CMsgQueue::kAnyCode));
+    std::uint32_t code = 0;
+    void* buffer = nullptr;
+    EXPECT_EQ(3, queue.Push(2, &bodies[0]) + queue.Push(0x50001, &bodies[1]) + queue.Push(1, &bodies[0]));
+    EXPECT_TRUE(queue.PopByCode(1, code, buffer) == 1 && code == 0x50001 && buffer == &bodies[1]);
+    EXPECT_TRUE(queue.PopByCode(9, code, buffer) == 1 && code == 0x50001);  // left untouched
+    EXPECT_TRUE(queue.Pop(code, buffer) == 1 && code == 2 && buffer == &bodies[0]);
+    EXPECT_EQ(0, queue.PopByCode(1, code, buffer));  // an entry, but no token for it
 }
 
-TEST(OutboundQueue, MutexAndSemaphore) {
+TEST(OutboundQueue, MutexIsLockedTwiceByItsHolderAndReleasedByOneUnlock) {
     CLinuxMutex mutex("test");
-    EXPECT_TRUE(mutex.Lock() && mutex.Lock());  // twice by its holder, and one unlock releases it
-    const Captured foreign = Capture([&] { std::thread([&] { EXPECT_FALSE(mutex.Unlock()); }).join(); });
-    EXPECT_EQ("CnlLinuxMutex::Unlock() :  Error - Mutex not locked or not owned by the thread! \n",
-              foreign.out);
+    EXPECT_TRUE(mutex.Lock() && mutex.Lock());
+    std::thread([&] { EXPECT_FALSE(mutex.Unlock()); }).join();
     EXPECT_TRUE(mutex.Unlock());
     std::thread([&] { EXPECT_TRUE(mutex.Lock() && mutex.Unlock()); }).join();
-
-    CLinuxCountingSem sem(1);
-    EXPECT_TRUE(sem.Wait(0, 5));  // there is no timed wait: the token stays where it is
-    EXPECT_TRUE(sem.Wait(0, 0));
-    EXPECT_FALSE(sem.Wait(0, 0));
-    EXPECT_TRUE(sem.Wait(2, 1));  // only 1 blocks
-    EXPECT_TRUE(sem.Post() && sem.Wait(1, 0));
 }
 
 }  // namespace

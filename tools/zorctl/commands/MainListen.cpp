@@ -29,7 +29,7 @@ struct ListenOptions {
 std::optional<std::uint16_t> CodeNamed(const std::string& name) {
     std::string upper = name;
     std::transform(upper.begin(), upper.end(), upper.begin(), [](char c) { return c == 'a' ? 'A' : c; });
-    if (const MessageName* message = FindMessage(upper.c_str()); message != nullptr) return message->code;
+    if (const MessageName* message = MessageNamed(upper); message != nullptr) return message->code;
     char* end = nullptr;
     const unsigned long code = std::strtoul(name.c_str(), &end, 0);
     if (name.empty() || *end != '\0' || code > 0xFFFF) return std::nullopt;

@@ -7,6 +7,7 @@
 
 #include "tools/zorctl/commands/Commands.h"
 #include "tools/zorctl/commands/Options.h"
+#include "tools/zorctl/messages/CommandFrames.h"
 #include "tools/zorctl/messages/MainChannel.h"
 #include "tools/zorctl/text/HexText.h"
 

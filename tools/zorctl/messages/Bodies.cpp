@@ -5,13 +5,20 @@
 
 #include "System/Numbers.h"
 #include "history/ChargingRecord.h"
-#include "ipc/BodyField.h"
 #include "reports/ChargingStatus.h"
 #include "reports/IdleStatus.h"
 #include "reports/PortState.h"
 #include "reports/SignalBodies.h"
 #include "tools/zorctl/text/HexText.h"
 #include "tools/zorctl/text/Json.h"
+
+std::uint64_t GetField(const std::uint8_t* base, const BodyField& field) {
+    const std::uint8_t* at = base + field.offset;
+    if (field.show != EFieldForm::BigEndian) return GetLe(at, field.size);
+    std::uint64_t value = 0;
+    for (std::size_t i = 0; i < field.size; ++i) value = value << 8 | at[i];
+    return value;
+}
 
 namespace {
 

@@ -1,9 +1,19 @@
 #include "tools/zorctl/messages/CommandFrames.h"
 
+#include <algorithm>
+
 #include "System/DateTime.h"
 #include "System/Numbers.h"
 #include "history/ChargingRecord.h"
 #include "ipc/Commands.h"
+
+Frame BuildInboundFrame(std::uint16_t code, const std::uint8_t* data, std::size_t length) {
+    Frame frame;
+    length = std::min(length, kFrameCapacity - kFrameData);
+    PutFrameHead(frame, code, kFrameData + length);
+    std::copy_n(data, length, &frame.bytes[kFrameData]);
+    return frame;
+}
 
 namespace {
 

@@ -8,6 +8,10 @@
 #include "ipc/Commands.h"
 #include "ipc/Frame.h"
 
+// A command: `length` bytes of `data` begin at kFrameData, where a frame to zor_main has two zero bytes in
+// front of its body. Data that the frame cannot hold is cut.
+Frame BuildInboundFrame(std::uint16_t code, const std::uint8_t* data, std::size_t length);
+
 // Defaults are the intervals that the process starts with.
 struct ReportSettings {
     bool on = true;

@@ -29,6 +29,12 @@ void CheckHead(DecodedFrame& decoded, const FrameParts& parts, std::size_t lengt
 
 }  // namespace
 
+const MessageName* MessageNamed(const std::string& name) {
+    const auto* found = std::find_if(std::begin(kMessages), std::end(kMessages),
+                                     [&name](const MessageName& message) { return message.name == name; });
+    return found != std::end(kMessages) ? found : nullptr;
+}
+
 std::string FieldText(const DecodedFrame& decoded, const char* name) {
     for (const DecodedField& field : decoded.fields)
         if (field.name == name) return field.value;

@@ -40,6 +40,9 @@ struct TakenMessage {
 TakenMessage TakeApart(const SysVMessage& message, std::size_t length, const std::timespec& time);
 TakenMessage TakeApart(const SysVMessage& message, std::size_t length);
 
+// The entry for a name such as "A1_5", or null.
+const MessageName* MessageNamed(const std::string& name);
+
 // The value of the named field, empty where there is none.
 std::string FieldText(const DecodedFrame& decoded, const char* name);
 

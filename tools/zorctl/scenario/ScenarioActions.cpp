@@ -222,7 +222,7 @@ Action ParseExpect(CWords& words) {
         expectation.eventText = words.Text("a text in quotes");
         if (expectation.eventText.empty()) words.FaultInLast("every event has an empty text in it");
     } else {
-        const MessageName* message = FindMessage(words.Peek().c_str());
+        const MessageName* message = MessageNamed(words.Peek());
         words.Text("a message or soe");
         if (message == nullptr) words.FaultInLast("there is no such message");
         expectation.code = message != nullptr ? message->code : 0;

@@ -13,6 +13,7 @@
 #include "reports/ChargingStatus.h"
 #include "reports/PortState.h"
 #include "tools/zorctl/live/SharedSegment.h"
+#include "tools/zorctl/messages/Bodies.h"
 #include "tools/zorctl/settings/StationReading.h"
 
 namespace {
@@ -40,6 +41,14 @@ std::string Amount(double value, int digits, const char* unit) {
     char text[48];
     std::snprintf(text, sizeof text, "%.*f %s", digits, value, unit);
     return text;
+}
+
+// Of a charging-state code.
+const char* StateWord(std::uint8_t code) {
+    constexpr const char* kByGun[] = {"idle", "plugged", "charging", "finished", "fault"};
+    static_assert(std::size(kByGun) == std::size(kStatesByGun));
+    const auto* found = std::find(std::begin(kStatesByGun), std::end(kStatesByGun), code);
+    return found != std::end(kStatesByGun) ? kByGun[found - std::begin(kStatesByGun)] : "";
 }
 
 // Changes when the file does.
@@ -166,7 +175,7 @@ PortPicture CLiveLook::LookAtPort(int port, CMoment now) {
         gun = GunText(*m_live, port);
         counter = m_live->Counter(CounterBase(port));
     }
-    note(picture.state, "state", std::to_string(code) + ' ' + ChargingStateName(code));
+    note(picture.state, "state", std::to_string(code) + ' ' + StateWord(code));
     note(picture.gun, "gun", gun);
     for (const Quantity& quantity : kQuantities) {
         const ChargingField& field = FieldNamed(quantity.field);
