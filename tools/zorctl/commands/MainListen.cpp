@@ -2,6 +2,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstdlib>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <string>
@@ -18,6 +19,7 @@ namespace {
 struct ListenOptions {
     LineForm form;
     bool peek = false;
+    long type = kTypeToMain;
     std::vector<int> ports;          // empty: all
     std::vector<std::string> names;  // of messages; empty: all
     unsigned long count = 0;         // 0: no end
@@ -74,7 +76,7 @@ EExit ShowMessages(const ListenOptions& options, CMainChannel& channel, CDeadlin
 EExit Listen(const ListenOptions& options) {
     CStopSignals stop;
     const CDeadline deadline = DeadlineIn(options.seconds);
-    CMainChannel channel;
+    CMainChannel channel(options.type);
     if (!channel.Open(deadline, stop)) return EExit::Failed;
     return ShowMessages(options, channel, deadline, stop);
 }
@@ -92,6 +94,11 @@ void AddMainListen(CLI::App& parent, EExit& result) {
     AddLineForm(*command, options->form);
     command->add_flag("--peek", options->peek,
                       "Leave the messages in the queue: show what is or comes there");
+    command
+        ->add_option("--type", options->type,
+                     "Take messages of this type instead: what others have left in the queue")
+        ->capture_default_str()
+        ->check(CLI::Range(1L, std::numeric_limits<long>::max()));
     command
         ->add_option("--port", options->ports, "Show only this port's messages; may be given more than once")
         ->check(CLI::Range(0, kMaxPorts));

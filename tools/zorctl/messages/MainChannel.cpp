@@ -61,7 +61,7 @@ bool CMainChannel::Open(CDeadline deadline, CStopSignals& stop) {
 }
 
 int CMainChannel::Receive(SysVMessage& message, std::size_t& length) {
-    const ssize_t got = msgrcv(m_queue, &message, sizeof message.text, kTypeToMain, IPC_NOWAIT | MSG_NOERROR);
+    const ssize_t got = msgrcv(m_queue, &message, sizeof message.text, m_type, IPC_NOWAIT | MSG_NOERROR);
     if (got >= 0) {
         length = static_cast<std::size_t>(got);
         return 1;

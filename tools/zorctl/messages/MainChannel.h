@@ -39,11 +39,14 @@ class CStopSignals {
 // The queue belongs to zor_runtime: it is used here when it is there, and never created or removed.
 class CMainChannel {
   public:
+    // Receives and peeks at messages of `type`.
+    explicit CMainChannel(long type = kTypeToMain) : m_type(type), m_follower(type) {}
+
     // Finds the queue, waiting for it until `deadline`, and says on standard error that it waits. False with
     // one more line when there is none in the end.
     bool Open(CDeadline deadline, CStopSignals& stop);
 
-    // Takes the oldest message to zor_main without waiting: 1 with its text length in `length`, 0 when there
+    // Takes the oldest message of its type without waiting: 1 with its text length in `length`, 0 when there
     // is none, -1 with a line on standard error when the queue cannot be read.
     int Receive(SysVMessage& message, std::size_t& length);
 
@@ -60,6 +63,7 @@ class CMainChannel {
     int Failed(int error) const;
 
     int m_queue = -1;
+    long m_type;
     CQueueFollower m_follower;
 };
 

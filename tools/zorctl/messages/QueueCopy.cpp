@@ -25,8 +25,8 @@ std::optional<std::vector<QueuedMessage>> CopyQueue(int queue, long type) {
 }
 
 bool CQueueFollower::Look(int queue) {
-    const auto now = CopyQueue(queue, kTypeToMain);
-    const auto again = CopyQueue(queue, kTypeToMain);
+    const auto now = CopyQueue(queue, m_type);
+    const auto again = CopyQueue(queue, m_type);
     if (!now || !again) return false;
     if (*now != *again) return true;  // messages came or went meanwhile, so places may have been passed over
     // They come at the end and mostly go at the beginning: what was there before is the longest beginning of

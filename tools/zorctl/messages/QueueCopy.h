@@ -18,10 +18,12 @@ struct QueuedMessage {
 // cannot be read; `errno` tells: ENOSYS for a kernel without MSG_COPY.
 std::optional<std::vector<QueuedMessage>> CopyQueue(int queue, long type);
 
-// Follows the messages to zor_main in the queue. One that comes and is taken between two looks is never seen,
-// and of equal ones that follow each other some may be missed.
+// Follows the messages of a type in the queue, by default those to zor_main. One that comes and is taken
+// between two looks is never seen, and of equal ones that follow each other some may be missed.
 class CQueueFollower {
   public:
+    explicit CQueueFollower(long type = kTypeToMain) : m_type(type) {}
+
     // The next message that was not there in the looks before: 1, 0 when there is none, -1 as CopyQueue
     // fails.
     int Next(int queue, SysVMessage& message, std::size_t& length);
@@ -29,6 +31,7 @@ class CQueueFollower {
   private:
     bool Look(int queue);
 
+    long m_type;
     std::vector<QueuedMessage> m_seen;
     std::deque<QueuedMessage> m_fresh;
 };
