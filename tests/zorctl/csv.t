@@ -1,7 +1,7 @@
 Point tables from CSV and back: columns in any order and spelling, words and numbers, quotes, either line end, a mark in front.
 
   $ printf '\xEF\xBB\xBFSource, LEVEL ,flag,id,name,point,address\r\n0,Fault,FALSE,7,"Gun, ""left"" side",134,-9\r\n\r\n,,,,,,\r\n' >yx.csv
-  $ printf '1,-1,0, 8 ,T\xc3\xbcr,0,0\n,6,1,9," x\ny ",5,\n1,7,unset,-3,it,65535,2147483647' >>yx.csv
+  $ printf '1,-1,0, 8 ,T\xc3\xbcr,0,0\n,6,1,9," x\ny ",5,\n1,7,unset,-3,it,8063,2147483647' >>yx.csv
   $ printf 'id,name,point,group,base,scale,offset,low,high\n,Voltage,101,,,,,,\n5,I,102,3,150,.1,4294967040,-1.5,1e3\n' >yc.csv
   $ zorctl init $APP --ports 2 --yx yx.csv --yc yc.csv >/dev/null
   $ zorctl export $APP --yx | tee yx2.csv
@@ -10,7 +10,7 @@ Point tables from CSV and back: columns in any order and spelling, words and num
   8,T\xc3\xbcr,-1,0,unset,0,1 (esc)
   9," x
   y ",emergency,5,true,6,0
-  -3,it,7,65535,unset,2147483647,1
+  -3,it,7,8063,unset,2147483647,1
   $ zorctl export $APP --yc yc2.csv && cat yc2.csv
   id,name,point,group,base,scale,offset,low,high
   101,Voltage,101,0,100,1,0,0,0
@@ -23,7 +23,7 @@ What was exported makes the same station again.
 
 Every fault is named with its place, columns in characters, and nothing is written.
 
-  $ faults() { zorctl init new --ports 2 "$@" 2>&1 | sed 's/zorctl: //'; }
+  $ faults() { zorctl init new --ports 8 "$@" 2>&1 | sed 's/zorctl: //'; }
   $ printf 'name,colour,Name\n' >yx.csv && faults --yx yx.csv
   yx.csv:1:1: column 'point' is missing
   yx.csv:1:6: 'colour' is no column: id, name, level, point, flag, address, source
@@ -45,6 +45,13 @@ Every fault is named with its place, columns in characters, and nothing is writt
   yc.csv:2:18: scale: '1e39' is no number
   yc.csv:3:1: a quote that is never closed
   yc.csv:3:1: 1 fields, the header has 4
+  $ printf 'name,source,point\nports 2 to 8,0,4607\na,0,4608\nno port,0,98\nb,1,8191\nc,0,8192\nd,0,4609' >yx.csv
+  $ printf 'name,point\nnever far,8191\na,8192\n' >yc.csv && faults --yx yx.csv --yc yc.csv | sed 's/; no event.*//'
+  yx.csv:3:5: point: copy for port 8: 8192 lies outside the live table (0 to 8191)
+  yx.csv:5:5: point: copy for port 2: 8319 lies outside the live table (0 to 8191)
+  yx.csv:6:5: point: 8192 lies outside the live table (0 to 8191)
+  yx.csv:7:5: point: copy for port 8: 8193 lies outside the live table (0 to 8191)
+  yc.csv:3:3: point: 8192 lies outside the live table (0 to 8191); its value would stay 0
   $ ls new
   ls: cannot access 'new': No such file or directory
   [2]

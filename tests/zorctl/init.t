@@ -26,3 +26,14 @@ journal that would be played back into the new file is gone.
   zorconfig.db regular file
   zorconfig.db.new symbolic link
   zorpointsetting.db regular file
+
+A process that was started without its databases has made two empty files, and whatever replaces them is read at the next start.
+
+  $ rm $APP/* && touch $APP/zorconfig.db $APP/zorpointsetting.db && process zor_runtime
+  $ masked zorctl init $APP --ports 1
+  /mnt/nandflash/app/zorconfig.db
+  /mnt/nandflash/app/zorpointsetting.db
+  zorctl: zor_runtime 712 works with what was there when it started: restart it
+  $ masked zorctl init $APP/. --ports 1 --force | tail -1; zorctl init elsewhere --ports 1 | wc -l
+  zorctl: zor_runtime 712 works with what was there when it started: restart it
+  2

@@ -3,18 +3,25 @@
 #include <algorithm>
 #include <cstdio>
 #include <filesystem>
+#include <list>
 #include <memory>
 #include <string>
 #include <system_error>
 #include <vector>
 
 #include "System/AppFiles.h"
+#include "System/Numbers.h"
+#include "points/PointSettings.h"
 #include "points/PortNumbering.h"
 #include "tools/zorctl/commands/Commands.h"
+#include "tools/zorctl/live/PointNames.h"
 #include "tools/zorctl/settings/PointCsv.h"
 #include "tools/zorctl/settings/StationFiles.h"
 #include "tools/zorctl/settings/StationRows.h"
+#include "tools/zorctl/station/Processes.h"
 #include "tools/zorctl/text/PlainText.h"
+
+namespace fs = std::filesystem;
 
 namespace {
 
@@ -26,8 +33,27 @@ struct InitOptions {
     bool force = false;
 };
 
+std::string JudgeYx(const PointRow& row, int ports) {
+    YxPointRecord record{};
+    record.pointNumber = ParseInt32(row[kYxPointNumber].c_str());
+    record.source = ParseInt32(row[kYxSource].c_str());
+    std::list<YxPointRecord> records;  // the row's own, then its copies
+    AppendYxPoint(records, record, ports);
+    for (const YxPointRecord& one : records)
+        if (const std::string why = NoPlace(one.source, one.pointNumber); !why.empty())
+            return (one.port > 1 ? "copy for port " + std::to_string(one.port) + ": " : "") + why +
+                   "; no event of it, or of a point behind it, would be recorded";
+    return "";
+}
+
+std::string JudgeYc(const PointRow& row) {
+    const std::string why = NoPlace(kSourceYx, ParseInt32(row[kYcPointNumber].c_str()));
+    return why.empty() ? "" : why + "; its value would stay 0";
+}
+
 // Replaces `rows` by the points of `path`. Names every fault of the file, up to a limit.
-bool ReadPoints(const PointTable& table, const std::string& path, std::vector<PointRow>& rows) {
+bool ReadPoints(const PointTable& table, const std::string& path, const PointJudge& judge,
+                std::vector<PointRow>& rows) {
     constexpr std::size_t kMostTroubles = 20;
     std::string text;
     if (const std::string trouble = ReadWholeFile(path, text); !trouble.empty()) {
@@ -35,7 +61,7 @@ bool ReadPoints(const PointTable& table, const std::string& path, std::vector<Po
         return false;
     }
     rows.clear();
-    const std::vector<TextTrouble> troubles = ReadPointCsv(table, text, rows);
+    const std::vector<TextTrouble> troubles = ReadPointCsv(table, text, rows, judge);
     for (std::size_t i = 0; i < std::min(troubles.size(), kMostTroubles); ++i)
         Complain(path + ':' + std::to_string(troubles[i].at.line) + ':' +
                  std::to_string(troubles[i].at.column) + ": " + troubles[i].what);
@@ -44,12 +70,29 @@ bool ReadPoints(const PointTable& table, const std::string& path, std::vector<Po
     return troubles.empty();
 }
 
+// An empty file is what a process makes that was started without its databases.
+bool IsTaken(const std::string& path) {
+    std::error_code error;
+    const fs::file_status status = fs::symlink_status(path, error);
+    return fs::exists(status) && !(fs::is_regular_file(status) && fs::file_size(path, error) == 0);
+}
+
+// The processes that have read the files in `directory`: each does so when it starts, and not again.
+std::vector<ProcessInfo> ReadersOf(const std::string& directory) {
+    std::vector<ProcessInfo> readers;
+    std::error_code error;
+    if (!fs::equivalent(directory, kAppDirectory, error)) return readers;
+    for (const ProcessInfo& process : LivingProcesses())
+        if (process.isOurs && process.name == kRuntimeName) readers.push_back(process);
+    return readers;
+}
+
 EExit Init(const InitOptions& options) {
-    namespace fs = std::filesystem;
     std::vector<PointRow> yx = StationYxRows();
     std::vector<PointRow> yc = StationYcRows(options.ports);
-    bool good = options.yxFile.empty() || ReadPoints(YxTable(), options.yxFile, yx);
-    good = (options.ycFile.empty() || ReadPoints(YcTable(), options.ycFile, yc)) && good;
+    const auto judgeYx = [&options](const PointRow& row) { return JudgeYx(row, options.ports); };
+    bool good = options.yxFile.empty() || ReadPoints(YxTable(), options.yxFile, judgeYx, yx);
+    good = (options.ycFile.empty() || ReadPoints(YcTable(), options.ycFile, JudgeYc, yc)) && good;
     if (!good) return EExit::Failed;
     const fs::path directory(options.directory);
     const std::string config = (directory / kConfigFile).string();
@@ -58,14 +101,17 @@ EExit Init(const InitOptions& options) {
     fs::create_directories(directory, error);
     if (error) return Complain(options.directory + ": " + error.message());
     for (const std::string& path : {config, points})
-        if (!options.force && fs::exists(fs::symlink_status(path, error)))
-            return Complain(path + " is there already; --force replaces it");
+        if (!options.force && IsTaken(path)) return Complain(path + " is there already; --force replaces it");
 
+    const std::vector<ProcessInfo> readers = ReadersOf(options.directory);
     for (const std::string& trouble :
          {WriteConfiguration(config, options.ports), WritePointSettings(points, yx, yc)})
         if (!trouble.empty()) return Complain(trouble);
     PrintLine(config);
     PrintLine(points);
+    for (const ProcessInfo& reader : readers)
+        Complain(reader.name + ' ' + std::to_string(reader.id) +
+                 " works with what was there when it started: restart it");
     return EExit::Done;
 }
 

@@ -10,6 +10,7 @@
 #include "System/Sqlite.h"
 #include "points/PointSettings.h"
 #include "points/PortNumbering.h"
+#include "tools/zorctl/live/SharedSegment.h"
 #include "tools/zorctl/settings/StationReading.h"
 #include "tools/zorctl/text/PlainText.h"
 
@@ -119,4 +120,12 @@ std::string FindPoint(const std::string& directory, const std::string& name, int
     CPointNames names;
     const std::string trouble = names.Load(directory);
     return trouble.empty() ? names.Find(name, port, found) : trouble;
+}
+
+std::string NoPlace(std::int32_t source, std::int32_t point) {
+    if (source != kSourceYx && source != kSourceYx2)
+        return "source " + std::to_string(source) + " is no live table";
+    if (point >= 0 && point < LiveEntries()) return "";
+    return std::to_string(point) + " lies outside the live table (0 to " + std::to_string(LiveEntries() - 1) +
+           ')';
 }

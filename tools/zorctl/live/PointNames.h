@@ -41,3 +41,7 @@ class CPointNames {
 
 // Load and Find at once, for a single point.
 std::string FindPoint(const std::string& directory, const std::string& name, int port, NamedPoint& found);
+
+// Why the live table that a `source` of the settings names has no entry `point`; empty where it has one. The
+// detection of changes ends at such a point.
+std::string NoPlace(std::int32_t source, std::int32_t point);

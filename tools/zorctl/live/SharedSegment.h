@@ -19,8 +19,10 @@ struct SharedSegmentState {
     std::string trouble;         // why the library would not take it, empty when it would
 };
 
-// The build picks the implementation that fits the library.
+// The build picks the implementations that fit the library.
 SharedSegmentState LookAtSharedSegment();
+// Entries of each table of points; where only the closed library knows, as many as an index can name.
+int LiveEntries();
 
 // "shared memory 0x5A53", which stands in front of what is wrong with it.
 inline std::string SegmentName(const SharedSegmentState& state) {

@@ -51,3 +51,9 @@ SharedSegmentState LookAtSharedSegment() {
         ReadHeader(id, state);
     return state;
 }
+
+int LiveEntries() {
+    static_assert(CShmLayout::kYx.entries == CShmLayout::kYc.entries &&
+                  CShmLayout::kYx.entries == CShmLayout::kYx2.entries);
+    return CShmLayout::kYx.entries;
+}

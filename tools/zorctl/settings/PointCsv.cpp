@@ -61,10 +61,16 @@ PointRow ReadRow(const PointTable& table, const ColumnOrder& order, const std::v
     return row;
 }
 
+TextPlace PlaceOf(const char* column, const PointTable& table, const ColumnOrder& order,
+                  const std::vector<CsvField>& record) {
+    const auto found = std::find(order.begin(), order.end(), FindColumn(table, column));
+    return record[static_cast<std::size_t>(found - order.begin())].at;
+}
+
 }  // namespace
 
 std::vector<TextTrouble> ReadPointCsv(const PointTable& table, const std::string& text,
-                                      std::vector<PointRow>& rows) {
+                                      std::vector<PointRow>& rows, const PointJudge& judge) {
     std::vector<TextTrouble> troubles;
     std::vector<CsvField> record;
     CCsvReader reader(text);
@@ -72,8 +78,12 @@ std::vector<TextTrouble> ReadPointCsv(const PointTable& table, const std::string
     const ColumnOrder order = ReadHeader(table, record, troubles);
     const bool judgeable = troubles.empty();  // without its columns no line is
     while (judgeable && reader.Next(record, troubles)) {
+        const std::size_t before = troubles.size();
         rows.push_back(ReadRow(table, order, record, troubles));
         FillDefaults(table, rows.back(), static_cast<int>(rows.size()));
+        if (judge && troubles.size() == before)
+            if (const std::string trouble = judge(rows.back()); !trouble.empty())
+                troubles.push_back({PlaceOf("point", table, order, record), "point: " + trouble});
     }
     std::stable_sort(troubles.begin(), troubles.end(), [](const TextTrouble& a, const TextTrouble& b) {
         return std::tie(a.at.line, a.at.column) < std::tie(b.at.line, b.at.column);
