@@ -79,7 +79,7 @@ void PrintPart(const char* name, const std::vector<std::string>& lines) {
     }
 }
 
-void PrintText(const StationStatus& status) {
+void PrintText(const StationStatus& status, const Verdict& verdict) {
     std::vector<std::string> processes;
     for (const std::int32_t process : status.runtimes)
         processes.push_back("running, " + ProcessText(process));
@@ -91,7 +91,9 @@ void PrintText(const StationStatus& status) {
         PrintPart("event",
                   {"last " + status.event.time + ' ' + status.event.text + ", id " + status.event.id});
     PrintPart("history", HistoryLines(status.pending));
-    PrintPart("trouble", Troubles(status));
+    PrintPart("trouble", verdict.troubles);
+    PrintPart("note", verdict.notes);
+    PrintPart("advice", {verdict.advice});
 }
 
 // ---- for programs: null where nothing is known ----------------------------------------------------------
@@ -128,7 +130,7 @@ Json MemoryJson(const StationStatus& status) {
             {"processes", processes}};
 }
 
-Json StatusJson(const StationStatus& status) {
+Json StatusJson(const StationStatus& status, const Verdict& verdict) {
     Json json{
         {"processes", status.runtimes}, {"queue", QueueJson(status.queue)}, {"memory", MemoryJson(status)}};
     if (status.configurationTrouble.empty()) json["ports"] = status.portCount;
@@ -141,7 +143,9 @@ Json StatusJson(const StationStatus& status) {
     if (status.pending.trouble.empty())
         for (const PendingRows::Port& port : status.pending.ports)
             pending[std::to_string(port.port)] = port.rows;
-    json["troubles"] = Troubles(status);
+    json["troubles"] = verdict.troubles;
+    json["notes"] = verdict.notes;
+    json["advice"] = verdict.advice;
     return json;
 }
 
@@ -152,11 +156,12 @@ struct StatusOptions {
 
 EExit Status(const StatusOptions& options) {
     const StationStatus status = LookAtStation(options.directory);
+    const Verdict verdict = Judge(status);
     if (options.json)
-        PrintJson(StatusJson(status));
+        PrintJson(StatusJson(status, verdict));
     else
-        PrintText(status);
-    return Troubles(status).empty() ? EExit::Done : EExit::Failed;
+        PrintText(status, verdict);
+    return verdict.troubles.empty() ? EExit::Done : EExit::Failed;
 }
 
 }  // namespace

@@ -1,14 +1,18 @@
 #include "tools/zorctl/station/Processes.h"
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <filesystem>
 #include <optional>
+#include <sstream>
 #include <system_error>
 
+#include "System/Numbers.h"
 #include "tools/zorctl/text/PlainText.h"
 
 namespace {
@@ -68,6 +72,21 @@ std::string ProcessName(std::int32_t id) {
     std::string name;
     char state = 0;
     return ReadProcess(std::to_string(id), name, state) ? name : "";
+}
+
+std::int64_t StartOf(std::int32_t process) {
+    constexpr int kStartField = 20;  // counted from the state, which follows the name
+    std::string line;
+    std::string machine;
+    if (!ReadWholeFile(ProcPath(std::to_string(process), "stat"), line).empty()) return 0;
+    if (!ReadWholeFile("/proc/stat", machine).empty()) return 0;
+    const std::size_t boot = machine.find("btime ");
+    std::istringstream fields(line.substr(line.rfind(')') + 1));
+    std::string ticks;
+    for (int i = 0; i < kStartField; ++i) fields >> ticks;
+    if (!fields || boot == std::string::npos) return 0;
+    return ParseInt64(machine.c_str() + boot + std::strlen("btime ")) +
+           ParseInt64(ticks.c_str()) / sysconf(_SC_CLK_TCK);
 }
 
 std::optional<bool> HasAttached(std::int32_t process, int key, unsigned long id) {

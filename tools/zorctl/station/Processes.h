@@ -22,5 +22,8 @@ std::vector<ProcessInfo> LivingProcesses();
 // Empty for a process that is gone.
 std::string ProcessName(std::int32_t id);
 
+// When a process began, in seconds since 1970 by today's clock, up to one second early; 0 where nobody knows.
+std::int64_t StartOf(std::int32_t process);
+
 // Whether a process has the shared segment `id` with `key` attached; no value where this user may not see.
 std::optional<bool> HasAttached(std::int32_t process, int key, unsigned long id);

@@ -16,8 +16,10 @@ std::optional<QueueDirections> CountDirections(int queue) {
     if (!messages) return std::nullopt;
     QueueDirections directions;
     for (const QueuedMessage& queued : *messages) {
-        if (queued.message.type == kTypeToMain) ++directions.toMain;
-        if (queued.message.type == kTypeFromMain) ++directions.fromMain;
+        const long type = queued.message.type;
+        ++(type == kTypeToMain     ? directions.toMain
+           : type == kTypeFromMain ? directions.fromMain
+                                   : directions.others[type]);
     }
     return directions;
 }

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <ctime>
+#include <map>
 #include <optional>
 #include <string>
 
@@ -15,6 +16,7 @@ struct QueueAct {
 struct QueueDirections {
     unsigned long toMain = 0;
     unsigned long fromMain = 0;
+    std::map<long, unsigned long> others;  // by their type
 };
 
 struct QueueState {

@@ -5,12 +5,14 @@
 #include <vector>
 
 #include "tools/zorctl/live/SharedSegment.h"
+#include "tools/zorctl/station/PointCheck.h"
 #include "tools/zorctl/station/Processes.h"
 #include "tools/zorctl/station/QueueState.h"
 
 struct PointCounts {
     int yx = 0;
     int yc = 0;
+    PointFindings findings;
     std::string trouble;
 };
 
@@ -39,11 +41,14 @@ struct IdleProcess {
 };
 
 struct StationStatus {
+    std::string directory;
+    bool isFurnished = false;  // both databases that the process does not make are there and not empty
     // Process ids; more than one is as wrong as none. Where none is known to share this station, those that
     // may.
     std::vector<std::int32_t> runtimes;
     bool runtimesAreOurs = false;
     std::vector<IdleProcess> idle;
+    std::vector<std::string> changed;  // files that the process reads at its start and that are others now
     QueueState queue;
     SharedSegmentState memory;
     std::vector<ProcessInfo> attached;  // to the memory, as far as this user may see
@@ -56,5 +61,10 @@ struct StationStatus {
 
 StationStatus LookAtStation(const std::string& directory);
 
-// What is missing or wrong, one line each; empty for a station that works.
-std::vector<std::string> Troubles(const StationStatus& status);
+// One line each.
+struct Verdict {
+    std::vector<std::string> troubles;  // what is missing or wrong; empty for a station that works
+    std::vector<std::string> notes;     // what may be otherwise than somebody thinks
+    std::string advice;                 // what to do next
+};
+Verdict Judge(const StationStatus& status);
