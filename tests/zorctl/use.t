@@ -32,6 +32,13 @@ What the shell offers.
   $ offered main l && offered main listen --pe
   <listen>
   <--peek>
+  $ offered main listen --message A1_15; offered get Stat; zorctl init station --ports 2 >/dev/null
+  <A1_15>
+  <>
+  $ offered get --dir station "'stat"; offered set --dir station 'State\ of\ charge\ '; offered get --dir station Smoke 1
+  <State of charge State of charge at start Station fault>
+  <State of charge at start>
+  <>
 
 Every command and option is on the manual page.
 

@@ -21,6 +21,7 @@ void AddLog(CLI::App& parent, EExit& result);
 void AddPlay(CLI::App& parent, EExit& result);
 void AddDecode(CLI::App& parent, EExit& result);
 void AddStatus(CLI::App& parent, EExit& result);
+void AddNames(CLI::App& parent, EExit& result);
 void AddWatch(CLI::App& parent, EExit& result);
 void AddMainListen(CLI::App& parent, EExit& result);
 void AddMainSettings(CLI::App& parent, EExit& result);

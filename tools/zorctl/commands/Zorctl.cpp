@@ -19,6 +19,7 @@ void AddCommands(CLI::App& app, EExit& result) {
     AddDecode(app, result);
     AddStatus(app, result);
     AddWatch(app, result);
+    AddNames(app, result);
     CLI::App* peer = app.add_subcommand("main", "Play zor_main: read messages, send commands");
     peer->require_subcommand(1);
     AddMainListen(*peer, result);
